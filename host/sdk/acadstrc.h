@@ -1,0 +1,71 @@
+// Error statuses of the drawing database and runtime, with the platform's
+// numbers where the module or a file can see them.
+#pragma once
+
+#include "adesk.h"
+
+struct Acad {
+    enum ErrorStatus {
+        eOk = 0,
+        eNotImplementedYet = 1,
+        eNotApplicable = 2,
+        eInvalidInput = 3,
+        eAmbiguousInput = 4,
+        eAmbiguousOutput = 5,
+        eOutOfMemory = 6,
+        eBufferTooSmall = 7,
+        eInvalidOpenState = 8,
+        eEntityInUse = 9,
+        eEntityNotInUse = 10,
+        eNullEntityPointer = 11,
+        eBrokenHandle = 12,
+        eNullHandle = 13,
+        eNullObjectId = 14,
+        eNullObjectPointer = 15,
+        eNullIterator = 16,
+        eInvalidIndex = 17,
+        eContainerNotEmpty = 18,
+        eNotInDatabase = 19,
+        eNotApplicableHere = 20,
+        eInvalidDxfCode = 21,
+        eDuplicateKey = 22,
+        eKeyNotFound = 23,
+        eNotThatKindOfClass = 24,
+        eInvalidKey = 25,
+        eAlreadyInDb = 26,
+        eInvalidDwgVersion = 27,
+        eWrongObjectType = 28,
+        eWasErased = 29,
+        eWasOpenForRead = 30,
+        eWasOpenForWrite = 31,
+        eWasNotOpenForWrite = 32,
+        eNotOpenForRead = 33,
+        eNotOpenForWrite = 34,
+        eUnknownHandle = 88,
+        eHadMultipleReaders = 89,
+        eAtMaxReaders = 90,
+        eRegappIdNotFound = 91,
+        eDuplicateRecordName = 100,
+        eInvalidSymbolTableName = 101,
+        eBadDxfSequence = 52,
+        eEndOfFile = 53,
+        eInvalidAdsName = 54,
+        eFileNotFound = 359,
+        eFileAccessErr = 360,
+        eFileSharingViolation = 361,
+        eCantOpenFile = 364,
+        eNoInputFiler = 365,
+        eDwgNeedsAFullSave = 366,
+        eBadDxfFile = 368,
+        eFileSystemErr = 369,
+        eNoDatabase = 370,
+        eNotAnEntity = 371,
+        eNotHandled = 372,
+        eInetUnknownError = 373,
+        eAlreadyActive = 20051,
+        eAlreadyInactive = 20052,
+    };
+};
+
+// The name of a status, as the platform prints it ("eWasErased").
+extern "C" CADHOST_API const ACHAR* acadErrorStatusText(Acad::ErrorStatus status);

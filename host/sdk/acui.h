@@ -1,0 +1,7 @@
+// The CAD platform's dialog library.
+#pragma once
+
+#include "afxwin.h"
+
+// Prepares the platform's dialog library for a module; call at attach.
+extern "C" CADHOST_API void InitAcUiDLL();

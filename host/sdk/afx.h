@@ -1,0 +1,77 @@
+// The framework's root class with run-time class information, and its
+// string and collection classes.
+#pragma once
+
+#include "windows.h"
+#include "tchar.h"
+#include "afxstr.h"
+
+class CObject;
+class CArchive;
+
+struct CADHOST_API CRuntimeClass {
+    const char* m_lpszClassName;
+    int m_nObjectSize;
+    UINT m_wSchema;
+    CObject* (*m_pfnCreateObject)();
+    CRuntimeClass* (*m_pfnGetBaseClass)();
+
+    CObject* CreateObject() const;
+    BOOL IsDerivedFrom(const CRuntimeClass* baseClass) const;
+};
+
+class CADHOST_API CObject {
+public:
+    virtual CRuntimeClass* GetRuntimeClass() const;
+    virtual ~CObject() = default;
+    virtual void Serialize(CArchive& archive);
+
+    BOOL IsKindOf(const CRuntimeClass* rtClass) const;
+    BOOL IsSerializable() const { return GetRuntimeClass()->m_wSchema != 0xffff; }
+
+    static CRuntimeClass classCObject;
+    static CRuntimeClass* _GetBaseClass_CObject() { return &classCObject; }
+
+protected:
+    CObject() = default;
+    CObject(const CObject&) = default;
+    CObject& operator=(const CObject&) = default;
+};
+
+#define RUNTIME_CLASS(class_name) (class_name::_GetBaseClass_##class_name())
+
+#define DECLARE_DYNAMIC(class_name)                                         \
+public:                                                                     \
+    static CRuntimeClass class##class_name;                                 \
+    static CRuntimeClass* _GetBaseClass_##class_name() { return &class##class_name; } \
+    CRuntimeClass* GetRuntimeClass() const override;
+
+#define DECLARE_DYNCREATE(class_name) \
+    DECLARE_DYNAMIC(class_name)       \
+    static CObject* CreateObject();
+
+#define DECLARE_SERIAL(class_name) DECLARE_DYNCREATE(class_name)
+
+#define _IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, schema, create)                     \
+    static CRuntimeClass* _GetBase_##class_name() { return RUNTIME_CLASS(base_class_name); }     \
+    CRuntimeClass class_name::class##class_name = {#class_name, static_cast<int>(sizeof(class_name)), \
+                                                   schema, create, &_GetBase_##class_name};       \
+    CRuntimeClass* class_name::GetRuntimeClass() const { return RUNTIME_CLASS(class_name); }
+
+#define IMPLEMENT_DYNAMIC(class_name, base_class_name) \
+    _IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, 0xFFFF, nullptr)
+
+#define IMPLEMENT_DYNCREATE(class_name, base_class_name)                      \
+    CObject* class_name::CreateObject() { return new class_name; }            \
+    _IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, 0xFFFF, class_name::CreateObject)
+
+#define IMPLEMENT_SERIAL(class_name, base_class_name, schema)                 \
+    CObject* class_name::CreateObject() { return new class_name; }            \
+    _IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, schema, class_name::CreateObject)
+
+#define ASSERT(f) ((void)0)
+#define VERIFY(f) ((void)(f))
+#define ASSERT_VALID(p) ((void)0)
+#define TRACE(...) ((void)0)
+
+#include "afxcoll.h"

@@ -1,0 +1,178 @@
+// Objects, entities and the drawing database.
+#pragma once
+
+#include "acdb.h"
+#include "adsdef.h"
+#include "dbid.h"
+#include "rxobject.h"
+
+#ifndef _SH_DENYRW
+#define _SH_DENYRW 0x10
+#define _SH_DENYWR 0x20
+#define _SH_DENYRD 0x30
+#define _SH_DENYNO 0x40
+#endif
+
+namespace cadhost {
+struct ObjectExtras;
+class DatabaseImpl;
+}  // namespace cadhost
+
+class AcDbBlockTable;
+class AcDbLayerTable;
+class AcDbRegAppTable;
+class AcDbSymbolTable;
+class AcDbDictionary;
+
+// An object of a drawing. Objects in a database belong to it and are reached
+// by opening them through their id; every open is paired with close().
+class CADHOST_API AcDbObject : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbObject)
+    ~AcDbObject() override;
+    AcDbObject(const AcDbObject&) = delete;
+    AcDbObject& operator=(const AcDbObject&) = delete;
+
+    AcDbObjectId objectId() const;
+    AcDbObjectId ownerId() const { return m_ownerId; }
+    virtual Acad::ErrorStatus setOwnerId(AcDbObjectId ownerId);
+    void getAcDbHandle(AcDbHandle& handle) const;
+    AcDbDatabase* database() const;
+
+    Acad::ErrorStatus close();
+    Acad::ErrorStatus upgradeOpen();
+    Acad::ErrorStatus downgradeOpen();
+    bool isReadEnabled() const;
+    bool isWriteEnabled() const;
+    bool isErased() const;
+    Acad::ErrorStatus erase(bool erasing = true);
+
+    // Extended data: the chain of one registered application (with its 1001
+    // head), or of all when the name is null. The caller frees it with
+    // acutRelRb. setXData replaces the data of each application in the chain.
+    resbuf* xData(const ACHAR* regappName = nullptr) const;
+    Acad::ErrorStatus setXData(const resbuf* xdata);
+
+    AcDbObjectId extensionDictionary() const;
+    Acad::ErrorStatus createExtensionDictionary();
+
+    // The host's extra state of an object (extended data, kept file data).
+    cadhost::ObjectExtras* extras() const { return m_extras; }
+    cadhost::ObjectExtras& mutableExtras();
+
+protected:
+    AcDbObject() = default;
+    Acad::ErrorStatus assertReadEnabled() const;
+    Acad::ErrorStatus assertWriteEnabled();
+
+private:
+    friend class cadhost::DatabaseImpl;
+    AcDbStub* m_stub = nullptr;
+    AcDbObjectId m_ownerId;
+    cadhost::ObjectExtras* m_extras = nullptr;
+    unsigned short m_readers = 0;
+    bool m_writer = false;
+};
+
+// An object with graphics: it lies in a block and on a layer.
+class CADHOST_API AcDbEntity : public AcDbObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbEntity)
+    ~AcDbEntity() override;
+
+    // The layer's name as a new text that the caller frees with acutDelBuffer.
+    ACHAR* layer() const;
+    AcDbObjectId layerId() const { return m_layerId; }
+    // Sets the layer by name; the database must hold it.
+    Acad::ErrorStatus setLayer(const ACHAR* layerName);
+    Acad::ErrorStatus setLayer(AcDbObjectId layerId);
+    AcDbObjectId blockId() const { return ownerId(); }
+
+protected:
+    AcDbEntity() = default;
+
+private:
+    AcDbObjectId m_layerId;
+};
+
+// A drawing: its objects by handle, its tables and its header values.
+class CADHOST_API AcDbDatabase : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbDatabase)
+    // With buildDefaultDrawing the database holds model space, one paper
+    // space, layer "0" and the named object dictionary; without, nothing
+    // until a file is read into it.
+    explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
+    ~AcDbDatabase() override;
+    AcDbDatabase(const AcDbDatabase&) = delete;
+    AcDbDatabase& operator=(const AcDbDatabase&) = delete;
+
+    Acad::ErrorStatus readDwgFile(const ACHAR* fileName, int shareMode = _SH_DENYWR,
+                                  bool allowCPConversion = false, const wchar_t* password = nullptr);
+    Acad::ErrorStatus saveAs(const ACHAR* fileName);
+    Acad::ErrorStatus getFilename(const ACHAR*& fileName) const;
+
+    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode);
+    Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode);
+    Acad::ErrorStatus getSymbolTable(AcDbRegAppTable*& table, AcDb::OpenMode mode);
+    Acad::ErrorStatus getBlockTable(AcDbBlockTable*& table, AcDb::OpenMode mode) { return getSymbolTable(table, mode); }
+    Acad::ErrorStatus getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode) { return getSymbolTable(table, mode); }
+    Acad::ErrorStatus getRegAppTable(AcDbRegAppTable*& table, AcDb::OpenMode mode) { return getSymbolTable(table, mode); }
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode);
+
+    AcDbObjectId blockTableId() const;
+    AcDbObjectId layerTableId() const;
+    AcDbObjectId regAppTableId() const;
+    AcDbObjectId namedObjectsDictionaryId() const;
+    AcDbObjectId modelSpaceId() const;
+    AcDbObjectId paperSpaceId() const;
+    // The block record of the space being worked in: model space, or the
+    // paper space of the current layout.
+    AcDbObjectId currentSpaceId() const;
+    Acad::ErrorStatus setCurrentSpaceId(AcDbObjectId spaceId);
+    AcDbObjectId clayer() const;
+    Acad::ErrorStatus setClayer(AcDbObjectId layerId);
+
+    // Header values that system variables read.
+    Adesk::Int16 lunits() const;
+    Acad::ErrorStatus setLunits(Adesk::Int16 units);
+    Adesk::Int16 luprec() const;
+    Acad::ErrorStatus setLuprec(Adesk::Int16 precision);
+    Adesk::Int16 dimzin() const;
+    Acad::ErrorStatus setDimzin(Adesk::Int16 value);
+
+    // Adds an object that no database holds yet; the database owns it then.
+    Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, AcDbObject* object);
+    Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
+                                      Adesk::UInt32 xRefId = 0);
+
+    cadhost::DatabaseImpl& impl() const { return *m_impl; }
+
+private:
+    cadhost::DatabaseImpl* m_impl;
+};
+
+// Opening by id. An erased object opens only when asked for; an object of
+// another class than the one asked for gives eNotThatKindOfClass.
+CADHOST_API Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
+                                                  bool openErased = false);
+CADHOST_API Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode,
+                                                  bool openErased = false);
+CADHOST_API Acad::ErrorStatus acdbOpenObjectOfClass(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
+                                                     bool openErased, const AcRxClass* rxClass);
+
+template <class T>
+inline Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mode, bool openErased = false) {
+    AcDbObject* opened = nullptr;
+    Acad::ErrorStatus es = acdbOpenObjectOfClass(opened, id, mode, openErased, T::desc());
+    object = es == Acad::eOk ? static_cast<T*>(opened) : nullptr;
+    return es;
+}
+
+// Entity names of the editor interface and object ids.
+extern "C" {
+CADHOST_API Acad::ErrorStatus acdbGetObjectId(AcDbObjectId& id, const ads_name name);
+CADHOST_API Acad::ErrorStatus acdbGetAdsName(ads_name name, AcDbObjectId id);
+CADHOST_API int acdbHandEnt(const ACHAR* handle, ads_name name);
+CADHOST_API int acdbRegApp(const ACHAR* appName);
+}

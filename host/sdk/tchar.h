@@ -1,0 +1,24 @@
+// Text macros of the host's C runtime: all text is wide.
+#pragma once
+
+#include "windows.h"
+
+#define _T(x) L##x
+#define _TEXT(x) L##x
+#define TEXT(x) L##x
+
+extern "C" {
+// Whole-number and real conversion of the runtime: leading blanks, a sign,
+// then as many characters as belong to the number; 0 when none do.
+CADHOST_API int _wtoi(const wchar_t* text);
+CADHOST_API long _wtol(const wchar_t* text);
+CADHOST_API double _wtof(const wchar_t* text);
+CADHOST_API int _wcsicmp(const wchar_t* a, const wchar_t* b);
+CADHOST_API int _wcsnicmp(const wchar_t* a, const wchar_t* b, size_t count);
+}
+
+#define _ttoi _wtoi
+#define _ttol _wtol
+#define _tstof _wtof
+#define _tcsicmp _wcsicmp
+#define _tcslen wcslen

@@ -1,0 +1,14 @@
+// Conversion between the host's wide text and UTF-8 at its edges: files,
+// the console and process arguments.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cadhost {
+
+std::string ToUtf8(std::wstring_view text);
+// Malformed sequences become U+FFFD, so that no input is ever refused.
+std::wstring FromUtf8(std::string_view text);
+
+}  // namespace cadhost

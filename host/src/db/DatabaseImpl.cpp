@@ -1,0 +1,149 @@
+#include "db/DatabaseImpl.h"
+
+#include <adslib.h>
+
+#include "db/ObjectExtras.h"
+
+namespace cadhost {
+
+ObjectExtras::~ObjectExtras() {
+    if (xdata) acutRelRb(xdata);
+}
+
+DatabaseImpl::DatabaseImpl(AcDbDatabase& owner) : m_owner(owner) {}
+
+DatabaseImpl::~DatabaseImpl() { Clear(); }
+
+void DatabaseImpl::Clear() {
+    for (AcDbStub& stub : m_stubs) {
+        delete stub.object;
+        stub.object = nullptr;
+    }
+    m_stubs.clear();
+    m_byHandle.clear();
+    m_handSeed = 1;
+    blockTable = layerTable = regAppTable = namedObjects = AcDbObjectId();
+    modelSpace = paperSpace = currentSpace = clayer = AcDbObjectId();
+}
+
+AcDbStub* DatabaseImpl::Find(Adesk::UInt64 handle) const {
+    auto it = m_byHandle.find(handle);
+    return it == m_byHandle.end() ? nullptr : it->second;
+}
+
+AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
+    if (handle == 0) {
+        while (m_byHandle.count(m_handSeed)) ++m_handSeed;
+        handle = m_handSeed++;
+    } else if (AcDbStub* existing = Find(handle)) {
+        return existing;
+    }
+    AcDbStub& stub = m_stubs.emplace_back();
+    stub.database = this;
+    stub.handle = handle;
+    m_byHandle.emplace(handle, &stub);
+    if (handle >= m_handSeed) m_handSeed = handle + 1;
+    return &stub;
+}
+
+Acad::ErrorStatus DatabaseImpl::Add(AcDbObjectId& id, AcDbObject* object, Adesk::UInt64 handle) {
+    if (!object) return Acad::eNullObjectPointer;
+    if (object->m_stub) return Acad::eAlreadyInDb;
+    AcDbStub* stub = StubFor(handle);
+    if (stub->object) return Acad::eDuplicateKey;
+    stub->object = object;
+    object->m_stub = stub;
+    id = AcDbObjectId(stub);
+    return Acad::eOk;
+}
+
+namespace {
+template <class T>
+AcDbObjectId AddOwned(DatabaseImpl& db, T* object, AcDbObjectId owner) {
+    AcDbObjectId id;
+    db.Add(id, object);
+    object->setOwnerId(owner);
+    return id;
+}
+
+template <class Record>
+AcDbObjectId AddRecord(DatabaseImpl& db, AcDbObjectId tableId, const wchar_t* name) {
+    auto* record = new Record;
+    record->setName(name);
+    AcDbSymbolTable* table = nullptr;
+    AcDbObjectId id;
+    if (acdbOpenObject(table, tableId, AcDb::kForWrite) == Acad::eOk) {
+        table->add(id, record);
+        table->close();
+    } else {
+        delete record;
+    }
+    return id;
+}
+}  // namespace
+
+void DatabaseImpl::BuildDefaultDrawing() {
+    namedObjects = AddOwned(*this, new AcDbDictionary, AcDbObjectId());
+    blockTable = AddOwned(*this, new AcDbBlockTable, AcDbObjectId());
+    layerTable = AddOwned(*this, new AcDbLayerTable, AcDbObjectId());
+    regAppTable = AddOwned(*this, new AcDbRegAppTable, AcDbObjectId());
+    modelSpace = AddRecord<AcDbBlockTableRecord>(*this, blockTable, ACDB_MODEL_SPACE);
+    paperSpace = AddRecord<AcDbBlockTableRecord>(*this, blockTable, ACDB_PAPER_SPACE);
+    clayer = AddRecord<AcDbLayerTableRecord>(*this, layerTable, L"0");
+    AddRecord<AcDbRegAppTableRecord>(*this, regAppTable, L"ACAD");
+    currentSpace = modelSpace;
+}
+
+Acad::ErrorStatus DatabaseImpl::Open(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode, bool openErased,
+                                     const AcRxClass* rxClass) {
+    object = nullptr;
+    AcDbStub* stub = id.stub();
+    if (!stub) return Acad::eNullObjectId;
+    if (!stub->object) return Acad::eKeyNotFound;
+    if (stub->erased && !openErased) return Acad::eWasErased;
+    AcDbObject* candidate = stub->object;
+    if (rxClass && !candidate->isKindOf(rxClass)) return Acad::eNotThatKindOfClass;
+    if (mode == AcDb::kForWrite) {
+        if (candidate->m_writer) return Acad::eWasOpenForWrite;
+        if (candidate->m_readers > 0) return Acad::eWasOpenForRead;
+        candidate->m_writer = true;
+    } else {
+        if (candidate->m_writer) return Acad::eWasOpenForWrite;
+        if (candidate->m_readers >= 256) return Acad::eAtMaxReaders;
+        ++candidate->m_readers;
+    }
+    object = candidate;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus DatabaseImpl::Close(AcDbObject* object) {
+    if (!object->m_stub) return Acad::eOk;  // not in a database: nothing is open
+    if (object->m_writer) {
+        object->m_writer = false;
+        return Acad::eOk;
+    }
+    if (object->m_readers > 0) {
+        --object->m_readers;
+        return Acad::eOk;
+    }
+    return Acad::eNotOpenForRead;
+}
+
+Acad::ErrorStatus DatabaseImpl::UpgradeOpen(AcDbObject* object) {
+    if (!object->m_stub || object->m_writer) return Acad::eOk;
+    if (object->m_readers == 0) return Acad::eNotOpenForRead;
+    if (object->m_readers > 1) return Acad::eHadMultipleReaders;
+    object->m_readers = 0;
+    object->m_writer = true;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus DatabaseImpl::DowngradeOpen(AcDbObject* object) {
+    if (!object->m_stub) return Acad::eOk;
+    if (!object->m_writer) return Acad::eNotOpenForWrite;
+    object->m_writer = false;
+    object->m_readers = 1;
+    return Acad::eOk;
+}
+
+}  // namespace cadhost
