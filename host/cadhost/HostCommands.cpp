@@ -1,0 +1,90 @@
+// Script commands of the host itself: drawings, modules, commands, system
+// variables and the menu bar.
+#include "ScriptRunner.h"
+
+#include <tchar.h>
+
+namespace cadhost::script {
+namespace {
+
+std::wstring Quote(const std::wstring& text) {
+    std::wstring out = L"\"";
+    for (wchar_t c : text) {
+        if (c == L'\n') out += L"\\n";
+        else if (c == L'"' || c == L'\\') out += std::wstring(1, L'\\') + c;
+        else out += c;
+    }
+    return out + L"\"";
+}
+
+}  // namespace
+
+void DefineHostCommands(ScriptRunner& runner) {
+    runner.Define(L"new", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 0, 0, L"new");
+        r.host().NewDrawing();
+    });
+    runner.Define(L"appload", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"appload PATH");
+        r.host().linker().loadModule(a[0].text.c_str(), true);
+    });
+    runner.Define(L"arxunload", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"arxunload NAME");
+        r.host().linker().unloadModule(a[0].text.c_str());
+    });
+    runner.Define(L"menus", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"menus N");
+        if (!r.host().linker().Apps().empty())
+            throw ScriptError(L"menus must come before any module loads (run cadhost with --no-module)");
+        int count = ScriptRunner::ParseInteger(a[0], L"the number of menus");
+        if (count < 0 || count > 100) throw ScriptError(L"the number of menus must be between 0 and 100");
+        r.host().menus().SetHostMenus(count);
+    });
+    runner.Define(L"command", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"command NAME");
+        r.host().processor().RunCommand(a[0].text);
+    });
+    runner.Define(L"setvar", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 2, 2, L"setvar NAME VALUE");
+        std::wstring reason;
+        if (r.host().variables().SetFromText(a[0].text, a[1].text, reason) != RTNORM) throw ScriptError(reason);
+    });
+
+    runner.DefinePrint(L"var", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"print var NAME");
+        std::wstring text = r.host().variables().Describe(a[0].text);
+        if (text.empty()) throw ScriptError(L"unknown system variable " + a[0].text);
+        r.Show(text);
+    });
+    runner.DefinePrint(L"commands", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 0, 1, L"print commands [GROUP]");
+        std::wstring text;
+        for (const CommandStack::Command& c : r.host().commands().Commands()) {
+            if (!a.empty() && _wcsicmp(c.group.c_str(), a[0].text.c_str()) != 0) continue;
+            text += c.group + L"  " + c.global + L"  " + c.local + L"\n";
+        }
+        r.Show(text.empty() ? L"(no commands)" : text);
+    });
+    runner.DefinePrint(L"menus", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 0, 0, L"print menus");
+        r.Show(r.host().menus().Describe());
+    });
+
+    runner.DefineExpect(L"printed", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"expect printed \"TEXT\"");
+        const std::wstring& seen = r.host().commandLine().SinceMark();
+        if (seen.find(a[0].text) == std::wstring::npos)
+            throw ExpectationFailed(L"the command line did not show " + Quote(a[0].text) + L"; it showed " +
+                                    Quote(seen));
+    });
+    runner.DefineExpect(L"queued", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"expect queued \"TEXT\"");
+        const std::wstring& seen = r.host().processor().LastQueued();
+        if (seen != a[0].text)
+            throw ExpectationFailed(L"the last queued expression is " +
+                                    (seen.empty() ? std::wstring(L"none") : Quote(seen)) + L", not " +
+                                    Quote(a[0].text));
+    });
+}
+
+}  // namespace cadhost::script

@@ -1,0 +1,184 @@
+#include "app/Host.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <cwctype>
+
+#include "app/Modules.h"
+#include "core/Utf8.h"
+
+namespace cadhost {
+namespace {
+Host* s_current = nullptr;
+
+// The menu bar of a fresh host: File to Help.
+const int kHostMenuCount = 11;
+
+// A text for a result buffer, allocated as acutRelRb frees it.
+wchar_t* NewText(const std::wstring& text) {
+    auto* copy = static_cast<wchar_t*>(std::malloc((text.size() + 1) * sizeof(wchar_t)));
+    if (copy) std::wmemcpy(copy, text.c_str(), text.size() + 1);
+    return copy;
+}
+
+void MenuLoadCommand() {
+    Host& host = Host::Require();
+    std::optional<std::wstring> file = host.processor().NextInput();
+    if (!file || file->empty()) {
+        host.Print(L"\nMENULOAD needs the name of a customization file.");
+        return;
+    }
+    std::wstring error;
+    std::filesystem::path path(ToUtf8(*file));
+    if (!host.menus().LoadGroup(path, error)) {
+        host.Print(L"\nUnable to load the customization file " + *file + L": " + error + L".");
+        return;
+    }
+    std::wstring group = host.menus().Groups().back().name;
+    for (wchar_t& c : group) c = static_cast<wchar_t>(std::towupper(c));
+    host.Print(L"\nCustomization file loaded successfully. Customization Group: " + group);
+}
+}  // namespace
+
+Host* Host::Current() { return s_current; }
+
+Host& Host::Require() {
+    if (!s_current) {
+        std::fputs("cadhost: a platform call came while no host is running\n", stderr);
+        std::abort();
+    }
+    return *s_current;
+}
+
+Host::Host(HostOptions options)
+    : m_moduleFolder(options.moduleFolder.empty() ? ModuleTable::Instance().Host()->path.parent_path()
+                                                  : options.moduleFolder),
+      m_commandLine(*options.output) {
+    if (s_current) {
+        std::fputs("cadhost: only one host can run in a process\n", stderr);
+        std::abort();
+    }
+    s_current = this;
+    m_settings = std::make_unique<SettingsStore>(options.settingsFolder.empty() ? SettingsStore::DefaultFolder()
+                                                                                : options.settingsFolder);
+    m_documents = std::make_unique<DocumentManager>(ModuleTable::Instance().Host());
+    m_services = std::make_unique<HostServices>(*m_documents);
+    auto print = [this](const std::wstring& text) { Print(text); };
+    m_processor = std::make_unique<CommandProcessor>(m_commands, *m_documents, print);
+    m_linker = std::make_unique<DynamicLinker>(m_moduleFolder, print);
+    m_sysRegistry.atPut(ACRX_DYNAMIC_LINKER, m_linker.get());
+    m_sysRegistry.atPut(ACRX_COMMAND_DOCK, &m_commands);
+    m_processor->lisp().Define(L"menucmd", [this](const std::vector<LispValue>& arguments) {
+        if (arguments.empty() || arguments[0].kind != LispValue::Kind::String) return LispValue::Nil();
+        m_menus.MenuCommand(arguments[0].text);
+        return LispValue::Nil();
+    });
+    m_menus.SetHostMenus(kHostMenuCount);
+    DefineCommands();
+    DefineVariables();
+    ConnectModules();
+    NewDrawing();
+}
+
+Host::~Host() {
+    m_linker->UnloadAll();
+    m_documents->CloseAll();
+    m_commandLine.FinishLine();
+    s_current = nullptr;
+}
+
+void Host::NewDrawing() {
+    if (Document* old = m_documents->Current()) m_linker->Broadcast(AcRx::kUnloadDwgMsg, old);
+    m_functions.Clear();  // what modules defined belonged to the drawing
+    Document* document = m_documents->Replace(std::make_unique<AcDbDatabase>(true));
+    m_linker->Broadcast(AcRx::kLoadDwgMsg, document);
+}
+
+void Host::ConnectModules() {
+    // A module that loads meets the current drawing; one that goes takes
+    // its functions with it.
+    m_linker->SetLoadListener([this](DynamicLinker::App& app) {
+        if (Document* document = m_documents->Current()) m_linker->Send(app, AcRx::kLoadDwgMsg, document);
+    });
+    m_linker->SetUnloadListener([this](DynamicLinker::App& app) { m_functions.Forget(&app); });
+    m_processor->lisp().SetFallback(
+        [this](const std::wstring& name, const std::vector<LispValue>&) -> std::optional<LispValue> {
+            const ExternalFunctions::Entry* entry = m_functions.Find(name);
+            if (!entry) return std::nullopt;
+            ExternalFunctions::Entry call = *entry;
+            m_functions.SetCurrentCode(call.code);
+            if (call.function) {
+                call.function();
+            } else if (DynamicLinker::App* app = m_linker->FindById(call.app)) {
+                m_linker->Send(*app, AcRx::kInvkSubrMsg, nullptr);
+            }
+            m_functions.SetCurrentCode(-1);
+            return LispValue::Nil();
+        });
+}
+
+void Host::DefineCommands() {
+    m_commands.addCommand(L"ACAD_MAIN", L"MENULOAD", L"MENULOAD", ACRX_CMD_MODAL, &MenuLoadCommand);
+}
+
+void Host::DefineVariables() {
+    using Variable = SystemVariables::Variable;
+    auto text = [](std::wstring value) {
+        return [value](resbuf& rb) {
+            rb.resval.rstring = NewText(value);
+            return rb.resval.rstring != nullptr;
+        };
+    };
+    m_variables.Define(L"ACADVER", Variable{RTSTR, true, 0, 0, text(L"18.0"), nullptr});
+    m_variables.Define(L"PRODUCT", Variable{RTSTR, true, 0, 0, text(L"cadhost"), nullptr});
+    m_variables.Define(L"PROGRAM", Variable{RTSTR, true, 0, 0, text(L"cadhost"), nullptr});
+    m_variables.Define(L"DWGNAME", Variable{RTSTR, true, 0, 0, [this](resbuf& rb) {
+                                                 rb.resval.rstring = NewText(m_documents->Current()
+                                                                                 ? m_documents->Current()->docTitle()
+                                                                                 : L"");
+                                                 return rb.resval.rstring != nullptr;
+                                             },
+                                             nullptr});
+
+    // Settings of the session, kept by the host.
+    auto session = [this](const std::wstring& name, int minimum, int maximum, short initial) {
+        auto value = std::make_shared<short>(initial);
+        m_variables.Define(name, Variable{RTSHORT, false, minimum, maximum,
+                                          [value](resbuf& rb) {
+                                              rb.resval.rint = *value;
+                                              return true;
+                                          },
+                                          [value](const resbuf& rb) {
+                                              *value = rb.resval.rint;
+                                              return std::wstring();
+                                          }});
+    };
+    session(L"CMDECHO", 0, 1, 1);
+    session(L"FILEDIA", 0, 1, 1);
+    session(L"MENUECHO", 0, 15, 0);
+
+    // Header values of the working drawing.
+    auto header = [this](const std::wstring& name, int minimum, int maximum, Adesk::Int16 (AcDbDatabase::*get)() const,
+                         Acad::ErrorStatus (AcDbDatabase::*set)(Adesk::Int16)) {
+        m_variables.Define(name, Variable{RTSHORT, false, minimum, maximum,
+                                          [this, get](resbuf& rb) {
+                                              AcDbDatabase* db = m_services->workingDatabase();
+                                              if (!db) return false;
+                                              rb.resval.rint = (db->*get)();
+                                              return true;
+                                          },
+                                          [this, set](const resbuf& rb) {
+                                              AcDbDatabase* db = m_services->workingDatabase();
+                                              if (!db) return std::wstring(L"no drawing is open");
+                                              return (db->*set)(rb.resval.rint) == Acad::eOk
+                                                         ? std::wstring()
+                                                         : std::wstring(L"the drawing refused the value");
+                                          }});
+    };
+    header(L"LUNITS", 1, 5, &AcDbDatabase::lunits, &AcDbDatabase::setLunits);
+    header(L"LUPREC", 0, 8, &AcDbDatabase::luprec, &AcDbDatabase::setLuprec);
+    header(L"DIMZIN", 0, 15, &AcDbDatabase::dimzin, &AcDbDatabase::setDimzin);
+}
+
+}  // namespace cadhost
