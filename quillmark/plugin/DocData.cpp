@@ -1,0 +1,3 @@
+#include "plugin/DocData.h"
+
+AcApDataManager<CDocData> DocumentData;

@@ -1,0 +1,32 @@
+// QuillmarkEval.dbx: the evaluators of the module's field codes. It joins
+// the host when loaded and stays until the host unloads it.
+#include <arxHeaders.h>
+
+namespace {
+Adesk::UInt32 apiState = 0;
+}
+
+ACRX_MODULE_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* pkt) {
+    switch (msg) {
+    case AcRx::kInitAppMsg:
+        acrxDynamicLinker->unlockApplication(pkt);
+        acrxDynamicLinker->registerAppMDIAware(pkt);
+        break;
+    default:
+        break;
+    }
+    return AcRx::kRetOK;
+}
+
+ACRX_MODULE_EXPORT Adesk::UInt32 acrxGetApiVersion(Adesk::UInt32 token) {
+    Adesk::UInt32 result;
+    if (apiState == 0) {
+        apiState = token ^ ACRX_API_VERSION_18_0;
+        result = ACRX_API_VERSION_18_0;
+    } else {
+        apiState ^= token;
+        result = apiState;
+    }
+    if (token == 0) apiState = 0;
+    return result;
+}
