@@ -1,0 +1,81 @@
+// Typed values of fields: a long, a double, a text, a point or an object
+// id, and their display text under a format text.
+#pragma once
+
+#include <string>
+
+#include "dbid.h"
+#include "rxobject.h"
+
+class CADHOST_API AcValue : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcValue)
+
+    enum DataType {
+        kUnknown = 0,
+        kLong = 1,
+        kDouble = 2,
+        kString = 4,
+        kDate = 8,
+        kPoint = 16,
+        k3dPoint = 32,
+        kObjectId = 64,
+        kBuffer = 128,
+        kResbuf = 256,
+        kGeneral = 512,
+        kColor = 1024,
+    };
+
+    AcValue() = default;
+    AcValue(const AcValue&) = default;
+    AcValue& operator=(const AcValue&) = default;
+    ~AcValue() override = default;
+    explicit AcValue(const ACHAR* text) { set(text); }
+    explicit AcValue(Adesk::Int32 value) { set(value); }
+    explicit AcValue(double value) { set(value); }
+    explicit AcValue(const AcDbObjectId& id) { set(id); }
+
+    DataType dataType() const { return m_type; }
+    bool isValid() const { return m_type != kUnknown; }
+    bool reset();
+
+    bool set(const ACHAR* text);
+    bool set(Adesk::Int32 value);
+    bool set(double value);
+    bool set(double x, double y);
+    bool set(double x, double y, double z);
+    bool set(const AcDbObjectId& id);
+
+    // Each get answers false, leaving its arguments alone, for another type.
+    bool get(const ACHAR*& text) const;  // the value's own text
+    bool get(ACHAR*& text) const;        // a copy, freed with acutDelBuffer
+    bool get(Adesk::Int32& value) const;
+    bool get(double& value) const;
+    bool get(double& x, double& y) const;
+    bool get(double& x, double& y, double& z) const;
+    bool get(AcDbObjectId& id) const;
+
+    // The display text under a format text (the directives of a field's
+    // \f option); an empty format gives the value's plain display. The new
+    // text is freed with acutDelBuffer.
+    bool format(const ACHAR* formatText, ACHAR*& text) const;
+    ACHAR* format(const ACHAR* formatText = nullptr) const;
+
+    bool operator==(const AcValue& other) const;
+
+private:
+    DataType m_type = kUnknown;
+    Adesk::Int32 m_long = 0;
+    double m_real[3] = {0, 0, 0};
+    std::wstring m_text;
+    AcDbObjectId m_id;
+};
+
+// The value of a field.
+class CADHOST_API AcFdFieldValue : public AcValue {
+public:
+    ACRX_DECLARE_MEMBERS(AcFdFieldValue)
+    using AcValue::AcValue;
+    AcFdFieldValue() = default;
+    explicit AcFdFieldValue(const AcValue& value) : AcValue(value) {}
+};
