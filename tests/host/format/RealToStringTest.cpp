@@ -128,6 +128,22 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{1.5e-10, 1, 2, 0, L"1.50E-10"}, Case{1e100, 1, 1, 0, L"1.0E+100"},
                       Case{0.0, 1, 4, 0, L"0.0000E+00"}, Case{1e-300, 2, 8, 0, L"0.00000000"}));
 
+// Every DIMZIN value 0 to 15: the two low bits pick the feet and inches
+// shown, 4 and 8 the decimal zeros, each independent of the others.
+TEST_F(RealToStringTest, EveryDimzinValue) {
+    const wchar_t* engineering[16] = {L"6.50\"",   L"0'-6.50\"", L"0'-6.50\"", L"6.50\"", L"6.50\"",  L"0'-6.50\"",
+                                      L"0'-6.50\"", L"6.50\"",   L"6.5\"",     L"0'-6.5\"", L"0'-6.5\"", L"6.5\"",
+                                      L"6.5\"",     L"0'-6.5\"", L"0'-6.5\"",  L"6.5\""};
+    const wchar_t* decimal[4] = {L"0.50", L".50", L"0.5", L".5"};  // by DIMZIN / 4
+    const wchar_t* architectural[4] = {L"1'", L"1'-0\"", L"1'", L"1'-0\""};  // by DIMZIN % 4
+    for (int dimzin = 0; dimzin <= 15; ++dimzin) {
+        SetDimzin(dimzin);
+        EXPECT_EQ(RToS(6.5, 3, 2), engineering[dimzin]) << dimzin;
+        EXPECT_EQ(RToS(0.5, 2, 2), decimal[dimzin / 4]) << dimzin;
+        EXPECT_EQ(RToS(12.0, 4, 2), architectural[dimzin % 4]) << dimzin;
+    }
+}
+
 // The precision entries of the Objects Area page: zero in each notation with
 // DIMZIN 1, for every precision 0 to 8 (architectural and fractional use the
 // decimal ones there).
