@@ -104,7 +104,7 @@ private:
         size_t pos = m_pos;
         std::wstring why;
         rc::ExpressionReader reader(m_in.tokens, pos, false);
-        if (!reader.Read(value, why)) return Fail(At(pos > m_pos ? pos - m_pos : 0), why + L" (in " + what + L")");
+        if (!reader.Read(value, why)) return Fail(pos > m_pos ? m_in.tokens[pos - 1] : At(), why + L" (in " + what + L")");
         m_pos = pos;
         return true;
     }
@@ -130,7 +130,7 @@ private:
             int64_t value = 0;
             rc::ExpressionReader reader(m_in.tokens, pos, false);
             if (!reader.Read(value, why, rc::ExpressionReader::BitXor))
-                return Fail(At(pos > m_pos ? pos - m_pos : 0), why + L" (in " + what + L")");
+                return Fail(pos > m_pos ? m_in.tokens[pos - 1] : At(), why + L" (in " + what + L")");
             m_pos = pos;
             if (remove) removed |= static_cast<DWORD>(value);
             else added |= static_cast<DWORD>(value);
