@@ -321,7 +321,8 @@ void RunScopes() {
     CString text;
     acutPrintf(L"\nString outside: %d", text.LoadString(IDS_GREETING));
     LabResourceScope scope;
-    acutPrintf(L"\nString inside: %d \"%s\"", text.LoadString(IDS_GREETING), text.GetString());
+    BOOL loaded = text.LoadString(IDS_GREETING);
+    acutPrintf(L"\nString inside: %d \"%s\"", loaded, text.GetString());
     text.LoadString(IDS_FAREWELL);
     acutPrintf(L"\nSecond string: \"%s\"", text.GetString());
     CNestedDialog inside(nullptr);
