@@ -165,25 +165,52 @@ int InsertEntry(HWND window, int index, const std::wstring& text) {
     int count = static_cast<int>(window->entries.size());
     if (index > count) return LB_ERR;
     if (index < 0) index = count;
+    size_t at = static_cast<size_t>(index);
+    if (window->entriesInOrder) {
+        bool afterPrevious = at == 0 || CompareEntries(window->entries[at - 1].text, text) <= 0;
+        bool beforeNext = at == window->entries.size() || CompareEntries(text, window->entries[at].text) <= 0;
+        window->entriesInOrder = afterPrevious && beforeNext;
+    }
     ListEntry entry;
     entry.text = text;
-    window->entries.insert(window->entries.begin() + index, std::move(entry));
+    window->entries.insert(at, std::move(entry));
     if (window->current >= index) ++window->current;
     if (window->topIndex > index) ++window->topIndex;
     return index;
 }
 
+namespace {
+
+// The first entry that does not come before the text (lower) or that comes
+// after it (upper), in a list whose entries stand in order.
+size_t Bound(HWND window, const std::wstring& text, bool upper) {
+    size_t low = 0;
+    size_t high = window->entries.size();
+    while (low < high) {
+        size_t middle = low + (high - low) / 2;
+        int order = CompareEntries(window->entries[middle].text, text);
+        if (order < 0 || (upper && order == 0)) low = middle + 1;
+        else high = middle;
+    }
+    return low;
+}
+
+}  // namespace
+
 int AddEntry(HWND window, const std::wstring& text) {
     if (!IsList(window)) return LB_ERR;
     if (!IsSortedList(window)) return InsertEntry(window, -1, text);
-    auto place = std::upper_bound(window->entries.begin(), window->entries.end(), text,
-                                  [](const std::wstring& t, const ListEntry& e) { return CompareEntries(t, e.text) < 0; });
-    return InsertEntry(window, static_cast<int>(place - window->entries.begin()), text);
+    if (window->entriesInOrder) return InsertEntry(window, static_cast<int>(Bound(window, text, true)), text);
+    // Out of order by the program's own insertions: the first place after
+    // which nothing comes before the text.
+    size_t place = window->entries.size();
+    while (place > 0 && CompareEntries(text, window->entries[place - 1].text) < 0) --place;
+    return InsertEntry(window, static_cast<int>(place), text);
 }
 
 int DeleteEntry(HWND window, int index) {
     if (!IsList(window) || index < 0 || index >= static_cast<int>(window->entries.size())) return LB_ERR;
-    window->entries.erase(window->entries.begin() + index);
+    window->entries.erase(static_cast<size_t>(index));
     if (window->current == index) {
         window->current = -1;
         if (window->kind == WindowKind::ComboBox && HasEditPart(window)) window->text.clear();
@@ -197,6 +224,7 @@ int DeleteEntry(HWND window, int index) {
 void ResetEntries(HWND window) {
     if (!IsList(window)) return;
     window->entries.clear();
+    window->entriesInOrder = true;
     window->current = -1;
     window->topIndex = 0;
     if (window->kind == WindowKind::ComboBox) window->text.clear();
@@ -214,6 +242,28 @@ int FindEntry(HWND window, int startAfter, const std::wstring& text, bool exact)
     int count = static_cast<int>(window->entries.size());
     if (count == 0) return LB_ERR;
     int start = startAfter < 0 || startAfter >= count ? 0 : startAfter + 1;
+    if (window->entriesInOrder) {
+        // The entries that match stand together: from the first that does
+        // not come before the text, as far as they match.
+        size_t low = Bound(window, text, false);
+        size_t high = low;
+        if (exact) {
+            high = Bound(window, text, true);
+        } else {
+            size_t top = window->entries.size();
+            size_t step = low;
+            while (step < top) {  // the last entry that starts with the text, halving
+                size_t middle = step + (top - step) / 2;
+                if (StartsNoCase(window->entries[middle].text, text)) step = middle + 1;
+                else top = middle;
+            }
+            high = step;
+        }
+        if (low >= high) return LB_ERR;
+        size_t from = static_cast<size_t>(start);
+        if (from <= low || from >= high) return static_cast<int>(low);
+        return static_cast<int>(from);
+    }
     for (int n = 0; n < count; ++n) {
         int i = (start + n) % count;
         const std::wstring& entry = window->entries[static_cast<size_t>(i)].text;
@@ -225,10 +275,11 @@ int FindEntry(HWND window, int startAfter, const std::wstring& text, bool exact)
 int GetSelection(HWND window) {
     if (!IsList(window)) return LB_ERR;
     if (IsMultipleSelection(window)) {
-        for (size_t i = 0; i < window->entries.size(); ++i) {
-            if (window->entries[i].selected) return static_cast<int>(i);
-        }
-        return LB_ERR;
+        int first = LB_ERR;
+        window->entries.ForEach([&first](size_t i, ListEntry& entry) {
+            if (entry.selected && first == LB_ERR) first = static_cast<int>(i);
+        });
+        return first;
     }
     return window->current;
 }
@@ -256,7 +307,7 @@ bool IsSelected(HWND window, int index) {
 int SetSelected(HWND window, int index, bool selected) {
     if (!IsMultipleSelection(window)) return LB_ERR;
     if (index == -1) {
-        for (ListEntry& entry : window->entries) entry.selected = selected;
+        window->entries.ForEach([selected](size_t, ListEntry& entry) { entry.selected = selected; });
         return LB_OKAY;
     }
     ListEntry* entry = MutableEntry(window, index);

@@ -8,18 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "ui/EntryList.h"
+
 namespace cadhost::ui {
 
 enum class WindowKind { Window, Dialog, Static, Button, Edit, ListBox, ComboBox, ScrollBar };
-
-// An entry of a list box or of a combo box's list.
-struct ListEntry {
-    std::wstring text;
-    DWORD_PTR data = 0;
-    bool selected = false;  // in a list of multiple selection
-    int check = 0;          // the tick of a check list box
-    bool enabled = true;    // an entry of a check list box can be disabled
-};
 
 }  // namespace cadhost::ui
 
@@ -50,7 +43,8 @@ struct HWND__ {
     bool pushed = false;
 
     // List boxes and combo boxes.
-    std::vector<cadhost::ui::ListEntry> entries;
+    cadhost::ui::EntryList entries;
+    bool entriesInOrder = true;  // the entries stand in text order, so searches may halve
     int current = -1;  // the selection of a single-selection list or combo box
     int topIndex = 0;
     int horizontalExtent = 0;

@@ -98,19 +98,20 @@ LRESULT ListMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case LB_GETSEL: return ui::IsSelected(window, index) ? 1 : 0;
         case LB_GETSELCOUNT: {
             if (!ui::IsMultipleSelection(window)) return LB_ERR;
-            return std::count_if(window->entries.begin(), window->entries.end(),
-                                 [](const ui::ListEntry& e) { return e.selected; });
+            LRESULT selected = 0;
+            window->entries.ForEach([&selected](size_t, ui::ListEntry& e) { selected += e.selected ? 1 : 0; });
+            return selected;
         }
         case LB_GETSELITEMS: {
             if (!ui::IsMultipleSelection(window)) return LB_ERR;
             auto* out = reinterpret_cast<int*>(lParam);
             int n = 0;
-            for (size_t i = 0; i < window->entries.size() && n < index; ++i) {
-                if (window->entries[i].selected) {
+            window->entries.ForEach([&](size_t i, ui::ListEntry& e) {
+                if (e.selected && n < index) {
                     if (out) out[n] = static_cast<int>(i);
                     ++n;
                 }
-            }
+            });
             return n;
         }
         case LB_GETTOPINDEX: return window->topIndex;
