@@ -1,8 +1,13 @@
 // Session scripts that work dialogs, run in-process: what a script cannot
 // do ends it with status 2 and a message naming the line; an expectation
 // that fails ends it with status 1.
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
+#include <afxdlgs.h>
+
+#include "ScriptDriver.h"
 #include "ScriptRunner.h"
 #include "support/TestHost.h"
 
@@ -112,6 +117,34 @@ TEST_F(DialogScripts, LinesAfterAModalActionWorkTheDialogUntilItEnds) {
         "expect printed \"Lab ended 2\"\n");
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_NE(result.output.find("Nested ended 2 \"Anna\"\nCancel\nLab ended 2"), std::string::npos) << result.output;
+}
+
+TEST_F(DialogScripts, TheScriptsAnswersMustFitWhatAsksForThem) {
+    cadhost::script::ScriptRunner runner(host(), false);
+    std::filesystem::path existing = m_folder.path() / "there.txt";
+    std::ofstream(existing) << "x";
+    runner.driver().QueueFile(cadhost::FromUtf8(existing.string()));
+    runner.driver().QueueFile(cadhost::FromUtf8((m_folder.path() / "missing.txt").string()));
+    CFileDialog open(TRUE, nullptr, nullptr, OFN_FILEMUSTEXIST);
+    EXPECT_EQ(open.DoModal(), IDOK);
+    EXPECT_EQ(open.GetPathName(), cadhost::FromUtf8(existing.string()).c_str());
+    EXPECT_FALSE(runner.Failed());
+    EXPECT_EQ(open.DoModal(), IDCANCEL);  // the user cannot open a file that is not there
+    EXPECT_TRUE(runner.Failed());
+    // Once failed, every question takes its way out and nothing is shown.
+    TakeOutput();
+    EXPECT_EQ(::MessageBoxW(nullptr, L"later", L"c", MB_YESNOCANCEL), IDCANCEL);
+    EXPECT_EQ(TakeOutput(), "");
+}
+
+TEST_F(DialogScripts, MessageBoxesWithoutEndAreCaughtAsALoop) {
+    cadhost::script::ScriptRunner runner(host(), false);
+    int boxes = 0;
+    while (!runner.Failed() && boxes < 5000) {
+        ::MessageBoxW(nullptr, L"Again?", L"c", MB_YESNO);
+        ++boxes;
+    }
+    EXPECT_EQ(boxes, 1001);
 }
 
 }  // namespace

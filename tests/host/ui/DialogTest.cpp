@@ -7,6 +7,7 @@
 #include "support/DialogTestSupport.h"
 #include "ui/Controls.h"
 #include "ui/UserInput.h"
+#include "ui/resources/ModuleResources.h"
 #include "ui/resources/ResourceLookup.h"
 
 namespace {
@@ -113,6 +114,28 @@ TEST_F(Dialogs, TemplatesComeFromTheCurrentResourcesOnly) {
     CDialog named(L"Named");
     m_driver.onModal = [](HWND window) { ::SendMessageW(window, WM_CLOSE, 0, 0); };
     EXPECT_EQ(named.DoModal(), IDCANCEL);
+}
+
+// Below a module's handle, the host's own resources answer what the module
+// does not hold.
+TEST_F(Dialogs, TheHostsOwnResourcesAnswerWhatTheCurrentHandleLacks) {
+    HINSTANCE hostModule = cadhost::ui::HostResourceHandle();
+    auto kept = cadhost::ui::ResourcesOf(hostModule);
+    cadhost::ui::ParseResult parsed = cadhost::ui::ParseResourceScript(
+        {{L"Host.rc", "900 DIALOG 0,0,50,20 CAPTION \"Host\" BEGIN END\n500 DIALOG 0,0,9,9 BEGIN END\n"}});
+    ASSERT_TRUE(parsed.script);
+    cadhost::ui::AttachResources(hostModule, parsed.script);
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(900), RT_DIALOG), hostModule);
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(500), RT_DIALOG), m_resources);  // the module's comes first
+    CDialog hosted(900);
+    std::wstring caption;
+    m_driver.onModal = [&](HWND window) {
+        caption = cadhost::ui::GetText(window);
+        ::EndDialog(window, IDOK);
+    };
+    EXPECT_EQ(hosted.DoModal(), IDOK);
+    EXPECT_EQ(caption, L"Host");
+    cadhost::ui::AttachResources(hostModule, kept);
 }
 
 TEST_F(Dialogs, APopupPageBecomesAChildOfItsParent) {
