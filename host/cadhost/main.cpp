@@ -91,5 +91,6 @@ int main(int argc, char** argv) {
     }
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);
+    cadhost::script::DefineDialogCommands(runner);
     return runner.RunFile(*options.script, std::cerr);
 }

@@ -64,6 +64,7 @@ Host::Host(HostOptions options)
                                                                                 : options.settingsFolder);
     m_documents = std::make_unique<DocumentManager>(ModuleTable::Instance().Host());
     m_services = std::make_unique<HostServices>(*m_documents);
+    m_desktop = std::make_unique<ui::Desktop>([this](const std::wstring& text) { m_commandLine.Show(text); });
     auto print = [this](const std::wstring& text) { Print(text); };
     m_processor = std::make_unique<CommandProcessor>(m_commands, *m_documents, print);
     m_linker = std::make_unique<DynamicLinker>(m_moduleFolder, print);

@@ -18,6 +18,7 @@
 #include "app/SystemRegistry.h"
 #include "app/SystemVariables.h"
 #include "registry/SettingsStore.h"
+#include "ui/Desktop.h"
 
 namespace cadhost {
 
@@ -51,6 +52,7 @@ public:
     SystemVariables& variables() { return m_variables; }
     ExternalFunctions& functions() { return m_functions; }
     SettingsStore& settings() { return *m_settings; }
+    ui::Desktop& desktop() { return *m_desktop; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
@@ -72,6 +74,7 @@ private:
     std::unique_ptr<DocumentManager> m_documents;
     std::unique_ptr<HostServices> m_services;
     std::unique_ptr<CommandProcessor> m_processor;
+    std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
 };
 
