@@ -67,5 +67,6 @@ private:
 
 // The groups of script commands, each defined where its subject lives.
 void DefineHostCommands(ScriptRunner& runner);
+void DefineDrawingCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

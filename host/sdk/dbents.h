@@ -112,9 +112,9 @@ public:
     Acad::ErrorStatus setCenter(const AcGePoint3d& center);
     double radius() const { return m_radius; }
     Acad::ErrorStatus setRadius(double radius);
-    double startAngle() const { return m_startAngle; }
+    double startAngle() const;
     Acad::ErrorStatus setStartAngle(double angle);
-    double endAngle() const { return m_endAngle; }
+    double endAngle() const;
     Acad::ErrorStatus setEndAngle(double angle);
     AcGeVector3d normal() const { return m_normal; }
     Acad::ErrorStatus setNormal(const AcGeVector3d& normal);
@@ -124,6 +124,13 @@ public:
     AcGePoint3d planeCenter() const { return m_center; }
     void setPlaneCenter(const AcGePoint3d& center) { m_center = center; }
     void setPlaneNormal(const AcGeVector3d& normal) { m_normal = normal; }
+    // The angles in degrees, as files keep them.
+    double startDegrees() const { return m_startAngle; }
+    double endDegrees() const { return m_endAngle; }
+    void setDegrees(double start, double end) {
+        m_startAngle = start;
+        m_endAngle = end;
+    }
 
     bool isClosed() const override { return false; }
     Acad::ErrorStatus getStartParam(double& param) const override;
@@ -139,8 +146,8 @@ private:
     AcGePoint3d m_center;  // in the plane's coordinates
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
     double m_radius = 0;
-    double m_startAngle = 0;
-    double m_endAngle = 0;
+    double m_startAngle = 0;  // degrees
+    double m_endAngle = 0;    // degrees
 };
 
 // Single-line text. Its points lie in the plane of its normal.
@@ -159,7 +166,7 @@ public:
     bool isDefaultAlignment() const { return m_horizontal == AcDb::kTextLeft && m_vertical == AcDb::kTextBase; }
     double height() const { return m_height; }
     Acad::ErrorStatus setHeight(double height);
-    double rotation() const { return m_rotation; }
+    double rotation() const;
     Acad::ErrorStatus setRotation(double rotation);
     double widthFactor() const { return m_widthFactor; }
     Acad::ErrorStatus setWidthFactor(double factor);
@@ -183,6 +190,10 @@ public:
     void setPlanePosition(const AcGePoint3d& point) { m_position = point; }
     void setPlaneAlignmentPoint(const AcGePoint3d& point) { m_alignment = point; }
     void setPlaneNormal(const AcGeVector3d& normal) { m_normal = normal; }
+    double rotationDegrees() const { return m_rotation; }
+    void setRotationDegrees(double degrees) { m_rotation = degrees; }
+    void setWidthFactorRaw(double factor) { m_widthFactor = factor; }
+    void setHeightRaw(double height) { m_height = height; }
     void setModes(int horizontal, int vertical) {
         m_horizontal = static_cast<Adesk::UInt8>(horizontal);
         m_vertical = static_cast<Adesk::UInt8>(vertical);
@@ -194,7 +205,7 @@ private:
     AcGePoint3d m_position, m_alignment;  // in the plane's coordinates
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
     double m_height = 0;
-    double m_rotation = 0;
+    double m_rotation = 0;  // degrees
     double m_widthFactor = 1;
     std::string m_text;
     Adesk::UInt8 m_horizontal = 0;
@@ -308,7 +319,7 @@ public:
     virtual Acad::ErrorStatus setPosition(const AcGePoint3d& position);
     AcGeScale3d scaleFactors() const { return m_scale; }
     virtual Acad::ErrorStatus setScaleFactors(const AcGeScale3d& scale);
-    double rotation() const { return m_rotation; }
+    double rotation() const;
     virtual Acad::ErrorStatus setRotation(double angle);
     AcGeVector3d normal() const { return m_normal; }
     virtual Acad::ErrorStatus setNormal(const AcGeVector3d& normal);
@@ -332,6 +343,9 @@ public:
     void setPlanePosition(const AcGePoint3d& point) { m_position = point; }
     void setPlaneNormal(const AcGeVector3d& normal) { m_normal = normal; }
     void setBlockIdOnly(AcDbObjectId blockId) { m_block = blockId; }
+    double rotationDegrees() const { return m_rotation; }
+    void setRotationDegrees(double degrees) { m_rotation = degrees; }
+    void setScaleRaw(const AcGeScale3d& scale) { m_scale = scale; }
 
     void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const override;
 
@@ -340,7 +354,7 @@ private:
     AcGePoint3d m_position;  // in the plane's coordinates
     AcGeScale3d m_scale;
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
-    double m_rotation = 0;
+    double m_rotation = 0;  // degrees
     std::vector<AcDbObjectId> m_attributes;
     AcDbObjectId m_sequenceEnd;
 };
@@ -393,7 +407,7 @@ public:
     Acad::ErrorStatus setViewCenter(const AcGePoint2d& center);
     double viewHeight() const { return m_viewHeight; }
     Acad::ErrorStatus setViewHeight(double height);
-    double twistAngle() const { return m_twist; }
+    double twistAngle() const;
     Acad::ErrorStatus setTwistAngle(double angle);
     // The viewport's number on its sheet; 1 is the sheet itself.
     Adesk::Int16 number() const { return m_number; }
@@ -401,6 +415,9 @@ public:
     void setNumber(Adesk::Int16 number) { m_number = number; }
     Adesk::Int16 status() const { return m_status; }
     void setStatus(Adesk::Int16 status) { m_status = status; }
+    double twistDegrees() const { return m_twist; }
+    void setTwistDegrees(double degrees) { m_twist = degrees; }
+    void setViewHeightRaw(double height) { m_viewHeight = height; }
 
     void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const override;
 
@@ -411,7 +428,7 @@ private:
     AcGePoint2d m_viewCenter;
     double m_width = 0, m_height = 0;
     double m_viewHeight = 1;
-    double m_twist = 0;
+    double m_twist = 0;  // degrees
     Adesk::Int16 m_number = 0;
     Adesk::Int16 m_status = 0;
 };

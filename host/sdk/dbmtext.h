@@ -43,6 +43,19 @@ public:
     // The host's own: whether the direction is kept as a vector (true) or as
     // a rotation angle in the plane (false), as files give either.
     bool hasDirection() const { return m_hasDirection; }
+    double rotationDegrees() const { return m_rotation; }
+    void setRotationDegrees(double degrees) {
+        m_rotation = degrees;
+        m_hasDirection = false;
+    }
+    void setDirectionRaw(const AcGeVector3d& direction) {
+        m_direction = direction;
+        m_hasDirection = true;
+    }
+    void setHeightRaw(double height) { m_height = height; }
+    void setWidthRaw(double width) { m_width = width; }
+    void setAttachmentRaw(Adesk::Int16 attachment) { m_attachment = attachment; }
+    void setNormalRaw(const AcGeVector3d& normal) { m_normal = normal; }
 
     void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const override;
 
@@ -50,7 +63,7 @@ private:
     AcGePoint3d m_location;
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
     AcGeVector3d m_direction = AcGeVector3d::kXAxis;  // in world coordinates, when m_hasDirection
-    double m_rotation = 0;                            // in the plane, when !m_hasDirection
+    double m_rotation = 0;                            // degrees in the plane, when !m_hasDirection
     double m_height = 0;
     double m_width = 0;
     std::string m_contents;

@@ -6,6 +6,7 @@
 #include <cwctype>
 
 #include "app/Modules.h"
+#include "db/DatabaseImpl.h"
 #include "core/Utf8.h"
 
 namespace cadhost {
@@ -88,11 +89,39 @@ Host::~Host() {
     s_current = nullptr;
 }
 
-void Host::NewDrawing() {
+void Host::NewDrawing() { ReplaceDrawing(std::make_unique<AcDbDatabase>(true), L""); }
+
+void Host::ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName) {
     if (Document* old = m_documents->Current()) m_linker->Broadcast(AcRx::kUnloadDwgMsg, old);
     m_functions.Clear();  // what modules defined belonged to the drawing
-    Document* document = m_documents->Replace(std::make_unique<AcDbDatabase>(true));
+    Document* document = m_documents->Replace(std::move(database), std::move(fileName));
     m_linker->Broadcast(AcRx::kLoadDwgMsg, document);
+}
+
+bool Host::OpenDrawing(const std::filesystem::path& path, std::wstring& error) {
+    auto database = std::make_unique<AcDbDatabase>(false);
+    std::wstring name = FromUtf8(path.string());
+    if (database->readDwgFile(name.c_str()) != Acad::eOk) {
+        error = database->impl().lastError;
+        return false;
+    }
+    ReplaceDrawing(std::move(database), name);
+    return true;
+}
+
+bool Host::SaveDrawing(const std::filesystem::path& path, std::wstring& error) {
+    Document* document = m_documents->Current();
+    if (!document || !document->database()) {
+        error = L"no drawing is open";
+        return false;
+    }
+    std::wstring name = FromUtf8(path.string());
+    if (document->database()->saveAs(name.c_str()) != Acad::eOk) {
+        error = document->database()->impl().lastError;
+        return false;
+    }
+    document->SetFileName(name);
+    return true;
 }
 
 void Host::ConnectModules() {

@@ -55,11 +55,17 @@ public:
 
     // A new empty drawing replaces the current one.
     void NewDrawing();
+    // A drawing read from a DXF file replaces the current one; on failure
+    // the current one stays and error says why, naming the file.
+    bool OpenDrawing(const std::filesystem::path& path, std::wstring& error);
+    // Writes the current drawing as DXF; the document takes the new name.
+    bool SaveDrawing(const std::filesystem::path& path, std::wstring& error);
 
 private:
     void DefineCommands();
     void DefineVariables();
     void ConnectModules();
+    void ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName);
 
     std::filesystem::path m_moduleFolder;
     CommandLine m_commandLine;

@@ -108,9 +108,11 @@ Acad::ErrorStatus AcDbBlockReference::setScaleFactors(const AcGeScale3d& scale) 
 Acad::ErrorStatus AcDbBlockReference::setRotation(double angle) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!std::isfinite(angle)) return Acad::eInvalidInput;
-    m_rotation = angle;
+    m_rotation = cadhost::ToDegrees(angle);
     return Acad::eOk;
 }
+
+double AcDbBlockReference::rotation() const { return cadhost::ToRadians(m_rotation); }
 
 Acad::ErrorStatus AcDbBlockReference::setNormal(const AcGeVector3d& normal) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
@@ -125,7 +127,7 @@ AcGeMatrix3d AcDbBlockReference::blockTransform() const {
     AcGePoint3d origin;
     if (auto* block = AcDbBlockTableRecord::cast(DatabaseImpl::Peek(m_block))) origin = block->origin();
     return PlaneToWorld(m_normal) * AcGeMatrix3d::translation(m_position.asVector()) *
-           AcGeMatrix3d::rotation(m_rotation, AcGeVector3d::kZAxis) * AcGeMatrix3d::scaling(m_scale) *
+           AcGeMatrix3d::rotation(rotation(), AcGeVector3d::kZAxis) * AcGeMatrix3d::scaling(m_scale) *
            AcGeMatrix3d::translation(-origin.asVector());
 }
 
@@ -272,9 +274,11 @@ Acad::ErrorStatus AcDbViewport::setViewHeight(double height) {
     return Acad::eOk;
 }
 
+double AcDbViewport::twistAngle() const { return cadhost::ToRadians(m_twist); }
+
 Acad::ErrorStatus AcDbViewport::setTwistAngle(double angle) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    m_twist = angle;
+    m_twist = cadhost::ToDegrees(angle);
     return Acad::eOk;
 }
 

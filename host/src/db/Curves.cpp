@@ -194,14 +194,17 @@ void AcDbCircle::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transfor
 // Arc ------------------------------------------------------------------
 
 AcDbArc::AcDbArc(const AcGePoint3d& center, double radius, double startAngle, double endAngle)
-    : m_center(center), m_radius(radius), m_startAngle(startAngle), m_endAngle(endAngle) {}
+    : m_center(center),
+      m_radius(radius),
+      m_startAngle(cadhost::ToDegrees(startAngle)),
+      m_endAngle(cadhost::ToDegrees(endAngle)) {}
 
 AcDbArc::AcDbArc(const AcGePoint3d& center, const AcGeVector3d& normal, double radius, double startAngle,
                  double endAngle)
     : m_normal(normal.isZeroLength() ? AcGeVector3d::kZAxis : normal.normal()),
       m_radius(radius),
-      m_startAngle(startAngle),
-      m_endAngle(endAngle) {
+      m_startAngle(cadhost::ToDegrees(startAngle)),
+      m_endAngle(cadhost::ToDegrees(endAngle)) {
     m_center = ToPlane(m_normal, center);
 }
 
@@ -222,15 +225,20 @@ Acad::ErrorStatus AcDbArc::setRadius(double radius) {
     return Acad::eOk;
 }
 
+double AcDbArc::startAngle() const { return cadhost::ToRadians(m_startAngle); }
+double AcDbArc::endAngle() const { return cadhost::ToRadians(m_endAngle); }
+
 Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    m_startAngle = angle;
+    if (!std::isfinite(angle)) return Acad::eInvalidInput;
+    m_startAngle = cadhost::ToDegrees(angle);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbArc::setEndAngle(double angle) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    m_endAngle = angle;
+    if (!std::isfinite(angle)) return Acad::eInvalidInput;
+    m_endAngle = cadhost::ToDegrees(angle);
     return Acad::eOk;
 }
 
@@ -244,23 +252,23 @@ Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
 }
 
 double AcDbArc::totalAngle() const {
-    double span = std::fmod(m_endAngle - m_startAngle, kTwoPi);
-    if (span <= 0) span += kTwoPi;
-    return span;
+    double span = std::fmod(m_endAngle - m_startAngle, 360.0);
+    if (!(span > 0)) span += 360.0;
+    return cadhost::ToRadians(span);
 }
 
 Acad::ErrorStatus AcDbArc::getStartParam(double& param) const {
-    param = m_startAngle;
+    param = startAngle();
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbArc::getEndParam(double& param) const {
-    param = m_startAngle + totalAngle();
+    param = startAngle() + totalAngle();
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbArc::getPointAtParam(double param, AcGePoint3d& point) const {
-    if (!InRange(param, m_startAngle, m_startAngle + totalAngle())) return Acad::eInvalidInput;
+    if (!InRange(param, startAngle(), startAngle() + totalAngle())) return Acad::eInvalidInput;
     AcGeMatrix3d plane = AcGeMatrix3d::planeToWorld(m_normal);
     AcGeVector3d x = cadhost::Linear(plane, AcGeVector3d::kXAxis), y = cadhost::Linear(plane, AcGeVector3d::kYAxis);
     point = center() + x * (m_radius * std::cos(param)) + y * (m_radius * std::sin(param));
@@ -268,15 +276,15 @@ Acad::ErrorStatus AcDbArc::getPointAtParam(double param, AcGePoint3d& point) con
 }
 
 Acad::ErrorStatus AcDbArc::getDistAtParam(double param, double& dist) const {
-    double end = m_startAngle + totalAngle();
-    if (!InRange(param, m_startAngle, end)) return Acad::eInvalidInput;
-    dist = m_radius * (Clamp(param, m_startAngle, end) - m_startAngle);
+    double end = startAngle() + totalAngle();
+    if (!InRange(param, startAngle(), end)) return Acad::eInvalidInput;
+    dist = m_radius * (Clamp(param, startAngle(), end) - startAngle());
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbArc::getParamAtDist(double dist, double& param) const {
     if (!(m_radius > 0) || !InRange(dist, 0, length())) return Acad::eInvalidInput;
-    param = m_startAngle + Clamp(dist, 0, length()) / m_radius;
+    param = startAngle() + Clamp(dist, 0, length()) / m_radius;
     return Acad::eOk;
 }
 
@@ -290,5 +298,5 @@ void AcDbArc::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, 
     AcGeMatrix3d plane = AcGeMatrix3d::planeToWorld(m_normal);
     AcGeVector3d u = cadhost::Linear(transform, cadhost::Linear(plane, AcGeVector3d::kXAxis) * m_radius);
     AcGeVector3d v = cadhost::Linear(transform, cadhost::Linear(plane, AcGeVector3d::kYAxis) * m_radius);
-    cadhost::AddEllipticArc(extents, transform * center(), u, v, m_startAngle, totalAngle());
+    cadhost::AddEllipticArc(extents, transform * center(), u, v, startAngle(), totalAngle());
 }

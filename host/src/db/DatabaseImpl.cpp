@@ -25,6 +25,7 @@ void DatabaseImpl::Clear() {
     m_stubs.clear();
     m_byHandle.clear();
     m_objectOrder.clear();
+    m_unnamed.clear();
     m_handSeed = 1;
     blockTable = layerTable = regAppTable = namedObjects = AcDbObjectId();
     modelSpace = paperSpace = currentSpace = clayer = AcDbObjectId();
@@ -66,11 +67,28 @@ Acad::ErrorStatus DatabaseImpl::Add(AcDbObjectId& id, AcDbObject* object, Adesk:
     return Acad::eOk;
 }
 
-void DatabaseImpl::Renumber(AcDbStub* stub) {
-    m_byHandle.erase(stub->handle);
-    while (m_byHandle.count(m_handSeed)) ++m_handSeed;
-    stub->handle = m_handSeed++;
-    m_byHandle.emplace(stub->handle, stub);
+Acad::ErrorStatus DatabaseImpl::AddUnnamed(AcDbObjectId& id, AcDbObject* object) {
+    if (!object) return Acad::eNullObjectPointer;
+    if (object->m_stub) return Acad::eAlreadyInDb;
+    AcDbStub& stub = m_stubs.emplace_back();
+    stub.database = this;
+    stub.object = object;
+    object->m_stub = &stub;
+    object->m_writer = true;
+    object->m_readers = 0;
+    m_unnamed.push_back(&stub);
+    id = AcDbObjectId(&stub);
+    if (!object->isKindOf(AcDbEntity::desc())) m_objectOrder.push_back(id);
+    return Acad::eOk;
+}
+
+void DatabaseImpl::NameUnnamed() {
+    for (AcDbStub* stub : m_unnamed) {
+        while (m_byHandle.count(m_handSeed)) ++m_handSeed;
+        stub->handle = m_handSeed++;
+        m_byHandle.emplace(stub->handle, stub);
+    }
+    m_unnamed.clear();
 }
 
 void DatabaseImpl::TakeFrom(DatabaseImpl& other) {
@@ -78,6 +96,7 @@ void DatabaseImpl::TakeFrom(DatabaseImpl& other) {
     m_stubs = std::move(other.m_stubs);
     m_byHandle = std::move(other.m_byHandle);
     m_objectOrder = std::move(other.m_objectOrder);
+    m_unnamed = std::move(other.m_unnamed);
     m_handSeed = other.m_handSeed;
     for (AcDbStub& stub : m_stubs) stub.database = this;
     blockTable = other.blockTable;
@@ -128,7 +147,16 @@ AcDbObjectId AddRecord(DatabaseImpl& db, AcDbObjectId tableId, const wchar_t* na
 }
 }  // namespace
 
+bool BuildFromTemplate(AcDbDatabase& database);
+
 void DatabaseImpl::BuildDefaultDrawing() {
+    // The host's template drawing; should it ever fail to read, the bare
+    // minimum is built instead.
+    if (BuildFromTemplate(m_owner)) return;
+    BuildMinimalDrawing();
+}
+
+void DatabaseImpl::BuildMinimalDrawing() {
     namedObjects = AddOwned(*this, new AcDbDictionary, AcDbObjectId());
     blockTable = AddOwned(*this, new AcDbBlockTable, AcDbObjectId());
     layerTable = AddOwned(*this, new AcDbLayerTable, AcDbObjectId());

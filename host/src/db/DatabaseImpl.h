@@ -42,13 +42,15 @@ public:
     // Objects that are no entities, in the order they were added: what
     // files write in their OBJECTS section.
     const std::vector<AcDbObjectId>& ObjectOrder() const { return m_objectOrder; }
-    // Gives a stub that was added under a provisional handle the next free
-    // handle (files that name no handles).
-    void Renumber(AcDbStub* stub);
+    // Adds an object without a handle yet (what a file gave none);
+    // NameUnnamed then gives each such object the next free handle.
+    Acad::ErrorStatus AddUnnamed(AcDbObjectId& id, AcDbObject* object);
+    void NameUnnamed();
 
     // Builds model space, one paper space, layer "0", the registered
     // application "ACAD" and the named object dictionary.
     void BuildDefaultDrawing();
+    void BuildMinimalDrawing();
     void Clear();
     // Takes everything of another database, which is left empty; ids of its
     // objects stay valid and now name objects of this one.
@@ -84,6 +86,7 @@ private:
     std::deque<AcDbStub> m_stubs;
     std::unordered_map<Adesk::UInt64, AcDbStub*> m_byHandle;
     std::vector<AcDbObjectId> m_objectOrder;
+    std::vector<AcDbStub*> m_unnamed;
     Adesk::UInt64 m_handSeed = 1;
 };
 

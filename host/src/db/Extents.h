@@ -14,5 +14,7 @@ AcGeVector3d Linear(const AcGeMatrix3d& transform, const AcGeVector3d& vector);
 
 inline constexpr double kPi = 3.14159265358979323846;
 inline constexpr double kTwoPi = 2 * kPi;
+inline double ToRadians(double degrees) { return degrees * (kPi / 180); }
+inline double ToDegrees(double radians) { return radians * (180 / kPi); }
 
 }  // namespace cadhost

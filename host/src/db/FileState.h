@@ -5,6 +5,7 @@
 
 #include <dbid.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ struct FileState {
     std::string version = "AC1024";  // the $ACADVER of the file
     std::string codePage = "ANSI_1252";
     bool handles = true;        // objects carry handles in the file
+    uint64_t handSeed = 0;      // the file's $HANDSEED
+    // The names that releases before 2000 give the two spaces' blocks.
+    std::string r12ModelSpace = "$MODEL_SPACE";
+    std::string r12PaperSpace = "$PAPER_SPACE";
     bool hasClasses = false;    // the file had a CLASSES section
     bool hasObjects = false;    // the file had an OBJECTS section
     std::vector<HeaderVariable> header;

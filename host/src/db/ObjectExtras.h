@@ -29,6 +29,9 @@ struct ObjectExtras {
 
     resbuf* xdata = nullptr;  // the whole chain, application by application
     AcDbObjectId extensionDictionary;
+    // The owner a file named when it differs from the object's owner (files
+    // that name the space as the owner of an attribute), written back so.
+    AcDbObjectId fileOwner;
     KeptGroups kept;
     std::unique_ptr<DynamicBlockData> dynamic;  // a dynamic block's properties, or a reference's values
 };

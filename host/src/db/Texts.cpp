@@ -45,7 +45,12 @@ size_t CharacterCount(std::string_view utf8) {
 // Text -----------------------------------------------------------------
 
 AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId, double height, double rotation)
-    : m_position(position), m_height(height), m_rotation(rotation), m_text(cadhost::ToUtf8(text ? text : L"")) {}
+    : m_position(position),
+      m_height(height),
+      m_rotation(cadhost::ToDegrees(rotation)),
+      m_text(cadhost::ToUtf8(text ? text : L"")) {}
+
+double AcDbText::rotation() const { return cadhost::ToRadians(m_rotation); }
 
 AcDbText::~AcDbText() = default;
 
@@ -74,7 +79,7 @@ Acad::ErrorStatus AcDbText::setHeight(double height) {
 Acad::ErrorStatus AcDbText::setRotation(double rotation) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!std::isfinite(rotation)) return Acad::eInvalidInput;
-    m_rotation = rotation;
+    m_rotation = cadhost::ToDegrees(rotation);
     return Acad::eOk;
 }
 
@@ -123,7 +128,7 @@ void AcDbText::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform,
     double height = m_height;
     // The box in the text's own frame: x along the baseline from the start.
     AcGePoint3d anchor = m_position;
-    double rotation = m_rotation;
+    double rotation = this->rotation();
     double x0 = 0;
     auto horizontal = static_cast<AcDb::TextHorzMode>(m_horizontal);
     if (horizontal == AcDb::kTextAlign || horizontal == AcDb::kTextFit) {
@@ -255,7 +260,8 @@ Acad::ErrorStatus AcDbMText::setNormal(const AcGeVector3d& normal) {
 
 AcGeVector3d AcDbMText::direction() const {
     if (m_hasDirection) return m_direction.normal();
-    return cadhost::Linear(PlaneToWorld(m_normal), AcGeVector3d(std::cos(m_rotation), std::sin(m_rotation), 0));
+    double angle = cadhost::ToRadians(m_rotation);
+    return cadhost::Linear(PlaneToWorld(m_normal), AcGeVector3d(std::cos(angle), std::sin(angle), 0));
 }
 
 Acad::ErrorStatus AcDbMText::setDirection(const AcGeVector3d& direction) {
@@ -267,7 +273,7 @@ Acad::ErrorStatus AcDbMText::setDirection(const AcGeVector3d& direction) {
 }
 
 double AcDbMText::rotation() const {
-    if (!m_hasDirection) return m_rotation;
+    if (!m_hasDirection) return cadhost::ToRadians(m_rotation);
     AcGeVector3d inPlane = cadhost::Linear(WorldToPlane(m_normal), m_direction);
     double angle = std::atan2(inPlane.y, inPlane.x);
     return angle < 0 ? angle + cadhost::kTwoPi : angle;
@@ -276,7 +282,7 @@ double AcDbMText::rotation() const {
 Acad::ErrorStatus AcDbMText::setRotation(double angle) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!std::isfinite(angle)) return Acad::eInvalidInput;
-    m_rotation = angle;
+    m_rotation = cadhost::ToDegrees(angle);
     m_hasDirection = false;
     return Acad::eOk;
 }
