@@ -55,6 +55,9 @@ public:
 
     // A new empty drawing replaces the current one.
     void NewDrawing();
+    // The viewport of the current layout's sheet being worked in (its
+    // number), or 0 for the sheet itself (CVPORT).
+    short currentViewport() const { return m_viewport; }
     // A drawing read from a DXF file replaces the current one; on failure
     // the current one stays and error says why, naming the file.
     bool OpenDrawing(const std::filesystem::path& path, std::wstring& error);
@@ -66,8 +69,10 @@ private:
     void DefineVariables();
     void ConnectModules();
     void ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName);
+    void DefineDrawingVariables();
 
     std::filesystem::path m_moduleFolder;
+    short m_viewport = 0;
     CommandLine m_commandLine;
     SystemRegistry m_sysRegistry;
     CommandStack m_commands;

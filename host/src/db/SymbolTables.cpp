@@ -9,7 +9,9 @@
 #include <unordered_set>
 
 #include <dbents.h>
+#include <dbtable.h>
 
+#include "db/CaseFold.h"
 #include "db/DatabaseImpl.h"
 
 ACRX_DEFINE_MEMBERS(AcDbSymbolTableRecord, AcDbObject)
@@ -52,7 +54,7 @@ AcDbSymbolTable::~AcDbSymbolTable() = default;
 
 std::wstring AcDbSymbolTable::IndexKey(const std::wstring& name) {
     std::wstring key = name;
-    for (wchar_t& c : key) c = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
+    for (wchar_t& c : key) c = cadhost::UpperLetter(c);
     return key;
 }
 
@@ -131,6 +133,26 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     if (es != Acad::eOk) return es;
     record->setOwnerId(objectId());
     adoptRecord(id, record->name());
+    // A block is carried in files by a begin and an end entity with handles
+    // of their own.
+    if (auto* block = AcDbBlockTableRecord::cast(record)) {
+        AcDbObjectId layerZero;
+        if (auto* layers = AcDbLayerTable::cast(cadhost::DatabaseImpl::Peek(stub->database->layerTable)))
+            layers->getAt(L"0", layerZero);
+        for (bool begin : {true, false}) {
+            AcDbEntity* marker = begin ? static_cast<AcDbEntity*>(new AcDbBlockBegin) : new AcDbBlockEnd;
+            AcDbObjectId markerId;
+            if (stub->database->Add(markerId, marker) != Acad::eOk) {
+                delete marker;
+                continue;
+            }
+            if (!layerZero.isNull()) marker->setLayer(layerZero);
+            marker->setOwnerId(id);
+            marker->close();
+            if (begin) block->setBlockBeginId(markerId);
+            else block->setBlockEndId(markerId);
+        }
+    }
     return Acad::eOk;
 }
 
@@ -234,6 +256,26 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbEntity* entity) {
     return appendAcDbEntity(id, entity);
 }
 
+namespace {
+// An anonymous block "*T<n>" that no block has taken.
+AcDbObjectId NewTableBlock(AcDbDatabase& db) {
+    AcDbBlockTable* blocks = nullptr;
+    if (db.getSymbolTable(blocks, AcDb::kForWrite) != Acad::eOk) return {};
+    AcDbObjectId id;
+    for (int n = 1; n < 1000000; ++n) {
+        std::wstring name = L"*T" + std::to_wstring(n);
+        if (blocks->has(name.c_str())) continue;
+        auto* record = new AcDbBlockTableRecord;
+        record->setName(name.c_str());
+        if (blocks->add(id, record) == Acad::eOk) record->close();
+        else delete record;
+        break;
+    }
+    blocks->close();
+    return id;
+}
+}  // namespace
+
 Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!entity) return Acad::eNullEntityPointer;
@@ -247,6 +289,10 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbE
     if (es != Acad::eOk) return es;
     entity->setOwnerId(objectId());
     m_entities.push_back(id);
+    // A table draws itself in an anonymous block of its own.
+    if (auto* table = AcDbTable::cast(entity); table && table->blockTableRecord().isNull()) {
+        if (AcDbObjectId block = NewTableBlock(stub->database->owner()); !block.isNull()) table->setBlockIdOnly(block);
+    }
     // A reference joins its block's index; its attributes join the database.
     if (auto* reference = AcDbBlockReference::cast(entity)) {
         if (auto* block = AcDbBlockTableRecord::cast(cadhost::DatabaseImpl::Peek(reference->blockTableRecord())))

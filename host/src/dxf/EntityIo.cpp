@@ -27,6 +27,7 @@ enum : Adesk::UInt16 {
     kHad38 = 1 << 9,
     kAllWidths = 1 << 10,
     kAllBulges = 1 << 11,
+    kNormalLast = 1 << 12,  // an arc's normal after its angles, not in its circle part
 };
 
 void Note(AcDbObject& object, Adesk::UInt16 bit) { object.setFileGroups(object.fileGroups() | bit); }
@@ -96,7 +97,11 @@ void WriteLine(const AcDbObject& object, ObjectWriter& out) {
 template <class T>
 Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& curve = static_cast<T&>(object);
-    if (IsMarker(g, "AcDbCircle") || IsMarker(g, "AcDbArc")) return Use::kKnown;
+    if (IsMarker(g, "AcDbCircle")) return Use::kKnown;
+    if (IsMarker(g, "AcDbArc")) {
+        in.state |= 2;
+        return Use::kKnown;
+    }
     if (IsCoordinate(g.code, 10)) {
         AcGePoint3d p = curve.planeCenter();
         Use use = Coordinate(p, 10, g, in);
@@ -111,6 +116,7 @@ Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
     }
     if (IsCoordinate(g.code, 210)) {
         Note(object, kHad210);
+        if (in.state & 2) Note(object, kNormalLast);
         AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
         Use use = Vector(v, 210, g, in);
         in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
@@ -147,10 +153,12 @@ void WriteArc(const AcDbObject& object, ObjectWriter& out) {
     out.Marker("AcDbCircle");
     out.Point(10, arc.planeCenter());
     out.Real(40, arc.radius());
+    bool last = Had(object, kNormalLast);
+    if (!last) WriteNormal(out, object, arc.normal());
     out.Marker("AcDbArc");
     out.Real(50, arc.startDegrees());
     out.Real(51, arc.endDegrees());
-    WriteNormal(out, object, arc.normal());
+    if (last) WriteNormal(out, object, arc.normal());
 }
 
 // LWPOLYLINE -----------------------------------------------------------

@@ -69,7 +69,7 @@ bool GroupReader::Next(Group& group) {
             if (static_cast<unsigned char>(c) < 0x20) c = '?';
         throw FileError(codeLine, "a group code was expected, not \"" + shown + "\"");
     }
-    if (!ReadLine(m_value)) throw FileError(codeLine, "the file ends after group code " + std::to_string(code));
+    if (!ReadLine(m_value)) throw FileError(codeLine, "the file ends after group code " + std::to_string(code) + ": it is cut short");
     m_last.code = static_cast<int>(code);
     m_last.value = m_value;
     m_last.line = codeLine;

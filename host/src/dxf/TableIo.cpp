@@ -17,7 +17,7 @@ namespace {
 // state: 1 in the AcDbTable part, 2 among the cells, 4 inside a cell's
 // value block (300 CELL_VALUE ... 304 ACVALUE_END), 8 the cell's text
 // begun. scratch[3..5] the direction.
-constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8;
+constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16;
 
 Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& table = static_cast<AcDbTable&>(object);
@@ -57,7 +57,7 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     // cell has none, so that a text given later lands in its own cell.
     if (g.code == 171) {
         if ((in.state & kCells) && !(in.state & kTextBegun)) in.Skip(1);
-        in.state = (in.state | kCells) & ~(kInValue | kTextBegun);
+        in.state = (in.state | kCells) & ~(kInValue | kTextBegun | kSlotCounted);
         AcDbTable::Cell cell;
         cell.type = static_cast<Adesk::Int16>(in.Integer(g));
         table.cells().push_back(cell);
@@ -69,6 +69,12 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
         in.state &= ~kInValue;
         return Use::kKept;
     }
+    // A cell's text stands before its style; a cell without one has its
+    // place counted there.
+    if ((g.code == 7 || g.code == 140 || g.code == 170) && !(in.state & kTextBegun)) {
+        in.Skip(1);
+        in.state |= kTextBegun | kSlotCounted;
+    }
     if (in.state & kInValue) {
         // The cell's value as it was last shown: its text when the cell has
         // no text group of its own.
@@ -78,6 +84,7 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     if (g.code == 2 || g.code == 1) {
         AcDbTable::Cell& cell = table.cells().back();
         bool first = !(in.state & kTextBegun);
+        if (in.state & kSlotCounted) first = false;  // after the style: its place was counted
         in.state |= kTextBegun;
         in.text[0].append(g.value);
         if (g.code == 1) {

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cwctype>
 
+#include "db/CaseFold.h"
+
 AcGeTol AcGeContext::gTol;
 
 const AcGeVector2d AcGeVector2d::kIdentity(0, 0);
@@ -211,7 +213,7 @@ int AcString::compareNoCase(const ACHAR* text) const {
     if (!text) return 1;
     const ACHAR* a = m_text.c_str();
     for (;; ++a, ++text) {
-        wint_t ca = std::towupper(static_cast<wint_t>(*a)), cb = std::towupper(static_cast<wint_t>(*text));
+        wchar_t ca = cadhost::UpperLetter(*a), cb = cadhost::UpperLetter(*text);
         if (ca != cb) return ca < cb ? -1 : 1;
         if (!*a) return 0;
     }
