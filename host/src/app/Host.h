@@ -20,6 +20,7 @@
 #include "app/SystemRegistry.h"
 #include "app/SystemVariables.h"
 #include "registry/SettingsStore.h"
+#include "ui/Desktop.h"
 
 namespace cadhost {
 
@@ -53,18 +54,30 @@ public:
     SystemVariables& variables() { return m_variables; }
     ExternalFunctions& functions() { return m_functions; }
     SettingsStore& settings() { return *m_settings; }
+    ui::Desktop& desktop() { return *m_desktop; }
     AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
     void NewDrawing();
+    // The viewport of the current layout's sheet being worked in (its
+    // number), or 0 for the sheet itself (CVPORT).
+    short currentViewport() const { return m_viewport; }
+    // A drawing read from a DXF file replaces the current one; on failure
+    // the current one stays and error says why, naming the file.
+    bool OpenDrawing(const std::filesystem::path& path, std::wstring& error);
+    // Writes the current drawing as DXF; the document takes the new name.
+    bool SaveDrawing(const std::filesystem::path& path, std::wstring& error);
 
 private:
     void DefineCommands();
     void DefineVariables();
     void ConnectModules();
+    void ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName);
+    void DefineDrawingVariables();
 
     std::filesystem::path m_moduleFolder;
+    short m_viewport = 0;
     CommandLine m_commandLine;
     SystemRegistry m_sysRegistry;
     CommandStack m_commands;
@@ -75,6 +88,7 @@ private:
     std::unique_ptr<DocumentManager> m_documents;
     std::unique_ptr<HostServices> m_services;
     std::unique_ptr<CommandProcessor> m_processor;
+    std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
     std::unique_ptr<AcFdFieldEngine> m_fieldEngine;
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
 };
