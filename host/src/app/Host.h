@@ -2,6 +2,8 @@
 // owned by one object for the life of a session.
 #pragma once
 
+#include <AcFdEval.h>
+
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -53,6 +55,7 @@ public:
     ExternalFunctions& functions() { return m_functions; }
     SettingsStore& settings() { return *m_settings; }
     ui::Desktop& desktop() { return *m_desktop; }
+    AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
@@ -86,6 +89,7 @@ private:
     std::unique_ptr<HostServices> m_services;
     std::unique_ptr<CommandProcessor> m_processor;
     std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
+    std::unique_ptr<AcFdFieldEngine> m_fieldEngine;
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
 };
 
