@@ -120,6 +120,7 @@ Acad::ErrorStatus PostChildren(AcDbField& field, AcDbDatabase* database) {
         if (es != Acad::eOk) return es;
         child.held->setOwnerId(field.objectId());
         child.id = child.held->objectId();
+        child.held->close();  // posted open for write; the field reaches it by id from now on
         child.held = nullptr;
     }
     return Acad::eOk;
@@ -376,6 +377,7 @@ Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* proper
             extension->close();
             return es;
         }
+        fields->close();  // added open for write; opened again below
     }
     extension->close();
     AcDbDictionary* fields = nullptr;

@@ -350,8 +350,7 @@ TEST_F(FieldTest, AFieldInAnObjectLivesInTheDrawingWithItsChildren) {
     auto* holder = new AcDbDictionary;
     AcDbObjectId holderId;
     ASSERT_EQ(named->setAt(L"HOLDER", holder, holderId), Acad::eOk);
-    named->close();
-    ASSERT_EQ(acdbOpenObject(holder, holderId, AcDb::kForWrite), Acad::eOk);
+    named->close();  // the holder stays open for write from its adding
 
     auto* field = new AcDbField(L"Total: %<\\AcArea Object(<1>)>%", true);
     ASSERT_EQ(field->setInObject(holder, L"TEXT"), Acad::eOk);
