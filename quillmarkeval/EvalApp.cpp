@@ -1,6 +1,7 @@
 // QuillmarkEval.dbx: the evaluators of the module's field codes. It joins
-// the host when loaded and stays until the host unloads it.
-#include <arxHeaders.h>
+// the host's field engine when loaded and leaves it when unloaded.
+#include "EvaluatorLoader.h"
+#include "StdAfx.h"
 
 namespace {
 Adesk::UInt32 apiState = 0;
@@ -11,6 +12,10 @@ ACRX_MODULE_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* p
     case AcRx::kInitAppMsg:
         acrxDynamicLinker->unlockApplication(pkt);
         acrxDynamicLinker->registerAppMDIAware(pkt);
+        RegisterQuillmarkEvaluators();
+        break;
+    case AcRx::kUnloadAppMsg:
+        UnregisterQuillmarkEvaluators();
         break;
     default:
         break;

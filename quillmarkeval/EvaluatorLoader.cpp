@@ -1,0 +1,53 @@
+#include "EvaluatorLoader.h"
+
+#include <tchar.h>
+
+#include "EvaluatorIds.h"
+#include "TableCellEvaluator.h"
+
+namespace {
+
+const QuillmarkEvaluatorSlot kSlots[] = {
+    {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, false},
+    {QM_EVAL_TEXT_FILE, false}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
+};
+
+AsdkQuillmarkEvaluatorLoader* g_loader = nullptr;
+
+}  // namespace
+
+int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
+    slots = kSlots;
+    return static_cast<int>(sizeof(kSlots) / sizeof(kSlots[0]));
+}
+
+AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader() : m_tableCell(new AsdkTableCellEvaluator) {}
+
+AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() { delete m_tableCell; }
+
+AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
+    if (!evaluatorId) return nullptr;
+    if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
+    return nullptr;
+}
+
+int RegisterQuillmarkEvaluators() {
+    AcFdFieldEngine* engine = acdbGetFieldEngine();
+    if (!engine || g_loader) return 0;
+    g_loader = new AsdkQuillmarkEvaluatorLoader;
+    if (engine->registerEvaluatorLoader(g_loader) != Acad::eOk) {
+        delete g_loader;
+        g_loader = nullptr;
+        return 0;
+    }
+    return 1;
+}
+
+int UnregisterQuillmarkEvaluators() {
+    if (!g_loader) return 0;
+    AcFdFieldEngine* engine = acdbGetFieldEngine();
+    int withdrawn = engine && engine->unregisterEvaluatorLoader(g_loader) == Acad::eOk ? 1 : 0;
+    delete g_loader;
+    g_loader = nullptr;
+    return withdrawn;
+}
