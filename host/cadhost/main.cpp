@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "ScriptRunner.h"
+#include "UpdateCommand.h"
 #include "app/Modules.h"
 #include "core/Utf8.h"
 
@@ -13,11 +14,13 @@ namespace {
 
 const char* const kUsage =
     "usage: cadhost [--script FILE] [--no-module] [--settings DIR] [--launch] [DRAWING]\n"
+    "       cadhost update DRAWING [-o OUT] [--settings DIR]\n"
     "\n"
     "  --script FILE    run a session script (the language is in SCRIPTS.md)\n"
     "  --no-module      load no module before the script; its appload does\n"
     "  --settings DIR   keep the settings stores in DIR\n"
-    "  --launch         hand web pages and files to the desktop instead of printing them\n";
+    "  --launch         hand web pages and files to the desktop instead of printing them\n"
+    "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n";
 
 struct Options {
     std::optional<std::filesystem::path> script;
@@ -70,6 +73,8 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc >= 2 && std::strcmp(argv[1], "update") == 0)
+        return cadhost::RunUpdate(std::vector<std::string>(argv + 2, argv + argc), std::cout, std::cerr);
     Options options;
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
     cadhost::HostOptions hostOptions;

@@ -128,6 +128,9 @@ public:
     // A text of any length: leading chunks of 250 characters under
     // chunkCode, the rest under code; counted as one group.
     virtual void LongText(int chunkCode, int code, std::string_view utf8) = 0;
+    // The other order of long texts: the first 250 characters under
+    // firstCode, the rest in chunks of 250 under restCode; counted as one.
+    virtual void SplitText(int firstCode, int restCode, std::string_view utf8) = 0;
     virtual void Point(int code, const AcGePoint3d& point) = 0;  // code, code+10, code+20 as one
     virtual void Point2d(int code, double x, double y) = 0;
     virtual void Vector(int code, const AcGeVector3d& vector) = 0;

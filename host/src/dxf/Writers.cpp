@@ -79,8 +79,21 @@ void ObjectWriterImpl::Real(int code, double value) {
 
 void ObjectWriterImpl::Text(int code, std::string_view utf8) { Known(code, m_codec.Encode(utf8)); }
 
+namespace {
+// The bytes of the first 250 characters (not bytes): chunks never split a
+// character.
+size_t ChunkBytes(std::string_view text) {
+    size_t characters = 0, bytes = 0;
+    while (bytes < text.size() && characters < 250) {
+        auto c = static_cast<unsigned char>(text[bytes]);
+        bytes += c < 0x80 ? 1 : (c >> 5) == 6 ? 2 : (c >> 4) == 14 ? 3 : (c >> 3) == 30 ? 4 : 1;
+        ++characters;
+    }
+    return bytes < text.size() ? bytes : text.size();
+}
+}  // namespace
+
 void ObjectWriterImpl::LongText(int chunkCode, int code, std::string_view utf8) {
-    // Chunks of 250 characters (not bytes), never splitting a character.
     std::string encoded = m_codec.Encode(utf8);
     std::string_view rest = encoded;
     bool first = true;
@@ -90,17 +103,25 @@ void ObjectWriterImpl::LongText(int chunkCode, int code, std::string_view utf8) 
         first = false;
     };
     for (;;) {
-        size_t characters = 0, bytes = 0;
-        while (bytes < rest.size() && characters < 250) {
-            auto c = static_cast<unsigned char>(rest[bytes]);
-            bytes += c < 0x80 ? 1 : (c >> 5) == 6 ? 2 : (c >> 4) == 14 ? 3 : (c >> 3) == 30 ? 4 : 1;
-            ++characters;
-        }
+        size_t bytes = ChunkBytes(rest);
         if (bytes >= rest.size()) {
             emit(code, rest);
             return;
         }
         emit(chunkCode, rest.substr(0, bytes));
+        rest.remove_prefix(bytes);
+    }
+}
+
+void ObjectWriterImpl::SplitText(int firstCode, int restCode, std::string_view utf8) {
+    std::string encoded = m_codec.Encode(utf8);
+    std::string_view rest = encoded;
+    size_t bytes = ChunkBytes(rest);
+    Known(firstCode, rest.substr(0, bytes));
+    rest.remove_prefix(bytes);
+    while (!rest.empty()) {
+        bytes = ChunkBytes(rest);
+        Continued(restCode, rest.substr(0, bytes));
         rest.remove_prefix(bytes);
     }
 }

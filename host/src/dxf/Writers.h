@@ -45,6 +45,7 @@ public:
     void Real(int code, double value) override;
     void Text(int code, std::string_view utf8) override;
     void LongText(int chunkCode, int code, std::string_view utf8) override;
+    void SplitText(int firstCode, int restCode, std::string_view utf8) override;
     void Point(int code, const AcGePoint3d& point) override;
     void Point2d(int code, double x, double y) override;
     void Vector(int code, const AcGeVector3d& vector) override;

@@ -109,6 +109,8 @@ void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* 
     m.compiled = false;
     m.value.reset();
     m.evaluatorText.reset();
+    m.objectIds.clear();  // they belonged to the code read from a file
+    m.fileValue.reset();
 }
 
 // Children that the field holds go into the field's database, owned by it.

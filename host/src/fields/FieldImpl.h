@@ -36,6 +36,18 @@ struct AcDbField::Impl {
 
     std::vector<std::pair<std::wstring, AcFdFieldValue>> data;
 
+    // What a drawing file gave that the host keeps for writing it back: the
+    // objects that the code names by id, the filing option, and values of
+    // types that AcValue does not hold (dates, buffers), as their groups
+    // (code and UTF-8 text), the cached value when its status is success.
+    struct FileValue {
+        std::vector<std::pair<int, std::string>> groups;
+    };
+    std::vector<AcDbObjectId> objectIds;
+    int filingOption = 0;
+    std::vector<std::pair<std::wstring, FileValue>> fileData;
+    std::optional<FileValue> fileValue;
+
     // Texts handed out by pointer; valid until the field next changes.
     mutable std::wstring codeText;
     mutable std::wstring valueText;

@@ -1,0 +1,483 @@
+// Files' groups of fields (FIELD objects, class AcDbField). A field lists its
+// evaluator (1), its code (2, overflow in 3), its child fields (90 and a 360
+// each), the objects its code names by id (97 and a 331 each), evaluation
+// option, filing option, state, status, error code and message (91, 92, 94,
+// 95, 96, 300), its data items (93, then per item a key under 6 and a value),
+// the cached value (7 ACFD_FIELD_VALUE and a value) and its format (301,
+// overflow in 9, length in 98). A value is its data type (90) and the group of
+// its type, framed from the 2007 release on by flags (93) before and unit
+// type, format, shown text and end marker (94, 300, 302, 304) after.
+//
+// Texts of fields may hold line breaks, which a group cannot: they are written
+// in caret notation (^J), and a caret itself as "^ ".
+#include <dbfield.h>
+#include <tchar.h>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+
+#include "core/Utf8.h"
+#include "db/FileState.h"
+#include "dxf/DxfIo.h"
+#include "fields/FieldCodeText.h"
+#include "fields/FieldImpl.h"
+
+namespace cadhost::dxf {
+namespace {
+
+constexpr char kCacheKey[] = "ACFD_FIELD_VALUE";
+constexpr char kValueEnd[] = "ACVALUE_END";
+
+std::string CaretEncode(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        if (c == '^') {
+            out += "^ ";
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            out += '^';
+            out += static_cast<char>(c + 0x40);
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+std::string CaretDecode(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (c == '^' && i + 1 < text.size()) {
+            char next = text[i + 1];
+            if (next == ' ') {
+                out += '^';
+                ++i;
+                continue;
+            }
+            if (next >= 0x40 && next <= 0x5F) {
+                out += static_cast<char>(next - 0x40);
+                ++i;
+                continue;
+            }
+        }
+        out += c;
+    }
+    return out;
+}
+
+std::wstring WideText(ObjectReader& in, std::string_view raw) { return FromUtf8(CaretDecode(in.Decode(raw))); }
+
+// Whether the file's release frames values (from 2007 on).
+bool FramesValues(const FileState& file) { return file.version >= "AC1021"; }
+
+// What one field's groups said, gathered while they are read.
+struct ReadState {
+    enum Part { kBeforeMarker, kHead, kItems, kValue, kTail };
+    Part part = kBeforeMarker;
+    std::string code, format;  // raw, decoded at the end
+    std::vector<AcDbObjectId> children;
+    int status = 0;
+
+    // The value being read.
+    bool valueIsCache = false;
+    std::wstring key;
+    bool typeSeen = false;
+    int type = 0;
+    bool textBegun = false;
+    std::string text;  // raw
+    double xyz[3] = {0, 0, 0};
+    long long whole = 0;
+    AcDbObjectId id;
+    std::vector<std::pair<int, std::string>> raw;
+    std::string shown;  // raw
+
+    std::optional<std::string> cacheShown;  // the cached value's shown text
+
+    void StartValue(bool cache, std::wstring itemKey) {
+        part = kValue;
+        valueIsCache = cache;
+        key = std::move(itemKey);
+        typeSeen = false;
+        type = 0;
+        textBegun = false;
+        text.clear();
+        xyz[0] = xyz[1] = xyz[2] = 0;
+        whole = 0;
+        id = AcDbObjectId();
+        raw.clear();
+        shown.clear();
+    }
+};
+
+// One field is read at a time; the reader's own scratch space is too small
+// for a field's lists.
+thread_local ReadState g_read;
+constexpr int kStarted = 1;
+
+bool Modelled(int type) {
+    switch (type) {
+    case AcValue::kUnknown:
+    case AcValue::kLong:
+    case AcValue::kDouble:
+    case AcValue::kString:
+    case AcValue::kPoint:
+    case AcValue::k3dPoint:
+    case AcValue::kObjectId: return true;
+    default: return false;
+    }
+}
+
+void EndValue(AcDbField::Impl& m, ObjectReader& in) {
+    ReadState& r = g_read;
+    r.part = ReadState::kItems;
+    if (!Modelled(r.type)) {
+        AcDbField::Impl::FileValue kept;
+        kept.groups.emplace_back(90, std::to_string(r.type));
+        for (auto& group : r.raw) kept.groups.push_back(std::move(group));
+        if (r.valueIsCache) {
+            m.fileValue = std::move(kept);
+            r.cacheShown = r.shown;
+        } else {
+            std::erase_if(m.fileData, [&](const auto& item) { return item.first == r.key; });
+            m.fileData.emplace_back(r.key, std::move(kept));
+        }
+        return;
+    }
+    AcFdFieldValue value;
+    switch (r.type) {
+    case AcValue::kLong: value.set(static_cast<Adesk::Int32>(r.whole)); break;
+    case AcValue::kDouble: value.set(r.xyz[0]); break;
+    case AcValue::kString: value.set(WideText(in, r.text).c_str()); break;
+    case AcValue::kPoint: value.set(r.xyz[0], r.xyz[1]); break;
+    case AcValue::k3dPoint: value.set(r.xyz[0], r.xyz[1], r.xyz[2]); break;
+    case AcValue::kObjectId: value.set(r.id); break;
+    default: break;
+    }
+    if (r.valueIsCache) {
+        m.value = value;
+        r.cacheShown = r.shown;
+    } else {
+        auto it = std::find_if(m.data.begin(), m.data.end(), [&](const auto& item) { return item.first == r.key; });
+        if (it != m.data.end()) it->second = value;
+        else m.data.emplace_back(r.key, value);
+    }
+}
+
+Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
+    ReadState& r = g_read;
+    if (!r.typeSeen) {
+        if (g.code == 93) return Use::kKnown;  // the value's flags
+        if (g.code != 90) return Use::kKept;
+        long long type = in.Integer(g);
+        r.type = type >= 0 && type <= 0x7FFFFFFF ? static_cast<int>(type) : -1;
+        r.typeSeen = true;
+        return Use::kKnown;
+    }
+    switch (g.code) {
+    case 94:
+    case 300: return Use::kKnown;  // unit type and the value's own format
+    case 302:
+        r.shown.assign(g.value);
+        return Use::kKnown;
+    case 304:
+        EndValue(m, in);
+        return Use::kKnown;
+    default: break;
+    }
+    if (!Modelled(r.type)) {
+        r.raw.emplace_back(g.code, in.Text(g));
+        return Use::kKnown;
+    }
+    switch (r.type) {
+    case AcValue::kLong:
+        if (g.code != 91) return Use::kKept;
+        r.whole = in.Integer(g);
+        if (r.whole < INT32_MIN || r.whole > INT32_MAX) in.Fail(g, "a field's long value is out of range");
+        return Use::kKnown;
+    case AcValue::kDouble:
+        if (g.code != 140) return Use::kKept;
+        r.xyz[0] = in.Real(g);
+        return Use::kKnown;
+    case AcValue::kString:
+        if (g.code != 1 && g.code != 2) return Use::kKept;
+        {
+            bool first = !r.textBegun;
+            r.textBegun = true;
+            r.text.append(g.value);
+            return first ? Use::kKnown : Use::kContinued;
+        }
+    case AcValue::kPoint:
+    case AcValue::k3dPoint:
+        if (g.code != 11 && g.code != 21 && g.code != 31) return Use::kKept;
+        r.xyz[(g.code - 11) / 10] = in.Real(g);
+        return g.code == 11 ? Use::kKnown : Use::kContinued;
+    case AcValue::kObjectId:
+        if (g.code != 330) return Use::kKept;
+        r.id = in.Id(g);
+        return Use::kKnown;
+    default: return Use::kKept;
+    }
+}
+
+Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& m = static_cast<AcDbField&>(object).impl();
+    ReadState& r = g_read;
+    if (!(in.state & kStarted)) {
+        r = ReadState();
+        in.state |= kStarted;
+    }
+    if (r.part == ReadState::kBeforeMarker) {
+        if (!IsMarker(g, "AcDbField")) return Use::kKept;
+        r.part = ReadState::kHead;
+        return Use::kKnown;
+    }
+    if (r.part == ReadState::kValue) {
+        // Values before 2007 have no end marker: the next item ends them.
+        bool next = g.code == 6 || g.code == 7 || g.code == 301 || g.code == 9 || g.code == 98;
+        if (!next) return ReadValueGroup(m, g, in);
+        EndValue(m, in);  // a value without its type is an unknown one
+    }
+    if (r.part == ReadState::kHead) {
+        switch (g.code) {
+        case 1: m.evaluatorId = WideText(in, g.value); return Use::kKnown;
+        case 2:
+            r.code.assign(g.value);
+            return Use::kKnown;
+        case 3:
+            r.code.append(g.value);
+            return Use::kContinued;
+        case 90: return Use::kKnown;  // counts: the lists themselves decide
+        case 97: return Use::kKnown;
+        case 360: r.children.push_back(in.Id(g)); return Use::kKnown;
+        case 331: m.objectIds.push_back(in.Id(g)); return Use::kKnown;
+        case 91: {
+            // Only the bits of the automatic moments mean anything.
+            long long option = in.Integer(g);
+            m.option = option > 0 ? static_cast<int>(option & AcDbField::kAutomatic) : 0;
+            return Use::kKnown;
+        }
+        case 92: m.filingOption = static_cast<int>(in.Integer(g)); return Use::kKnown;
+        case 94: return Use::kKnown;  // the state follows from the rest
+        case 95: {
+            long long status = in.Integer(g);
+            r.status = status > 0 && status <= 0x40 && (status & (status - 1)) == 0 ? static_cast<int>(status) : 0;
+            return Use::kKnown;
+        }
+        case 96: m.errorCode = static_cast<int>(in.Integer(g)); return Use::kKnown;
+        case 300: m.errorMessage = WideText(in, g.value); return Use::kKnown;
+        case 93:
+            r.part = ReadState::kItems;
+            return Use::kKnown;
+        case 6:
+        case 7:
+        case 301:
+        case 9:
+        case 98: r.part = ReadState::kItems; break;
+        default: return Use::kKept;
+        }
+    }
+    switch (g.code) {
+    case 6:
+        if (r.part == ReadState::kTail) return Use::kKept;
+        r.StartValue(false, WideText(in, g.value));
+        return Use::kKnown;
+    case 7:
+        if (r.part == ReadState::kTail) return Use::kKept;
+        r.StartValue(true, L"");
+        return Use::kKnown;
+    case 301:
+        r.part = ReadState::kTail;
+        r.format.assign(g.value);
+        return Use::kKnown;
+    case 9:
+        if (r.part != ReadState::kTail) return Use::kKept;
+        r.format.append(g.value);
+        return Use::kContinued;
+    case 98: r.part = ReadState::kTail; return Use::kKnown;
+    default: return Use::kKept;
+    }
+}
+
+// Whether every code inside the parsed code is the place of one of the
+// file's children, each child used once; fills the children in the order of
+// their places.
+bool PlacesMatch(const ParsedCode& parsed, const std::vector<AcDbObjectId>& fileChildren,
+                 std::vector<AcDbField::Impl::Child>& children) {
+    std::set<size_t> used;
+    for (const ParsedCode& child : parsed.children) {
+        if (!child.suppliedChild || *child.suppliedChild >= fileChildren.size() || !used.insert(*child.suppliedChild).second)
+            return false;
+        children.push_back({nullptr, fileChildren[*child.suppliedChild]});
+    }
+    return used.size() == fileChildren.size();
+}
+
+void FinishField(AcDbObject& object, ObjectReader& in) {
+    auto& m = static_cast<AcDbField&>(object).impl();
+    ReadState& r = g_read;
+    if (!(in.state & kStarted)) r = ReadState();  // a field of no groups of its own
+    if (r.part == ReadState::kValue) EndValue(m, in);
+    std::wstring code = WideText(in, r.code);
+    std::wstring format = WideText(in, r.format);
+    bool textField = _wcsicmp(m.evaluatorId.c_str(), kTextEvaluatorId) == 0;
+
+    m.DropChildren();
+    m.hasCode = !code.empty();
+    m.textField = textField;
+    m.compiled = false;
+    std::wstring error;
+    std::optional<ParsedCode> parsed;
+    if (m.hasCode) parsed = textField ? ParseTextWithFields(code, error, true) : ParseFieldCode(code, error, true);
+    std::vector<AcDbField::Impl::Child> children;
+    bool readable = parsed && PlacesMatch(*parsed, r.children, children) &&
+                    (textField || m.evaluatorId.empty() || _wcsicmp(parsed->evaluatorId.c_str(), m.evaluatorId.c_str()) == 0);
+    if (readable) {
+        if (m.evaluatorId.empty()) m.evaluatorId = parsed->evaluatorId;
+        m.code = parsed->code;
+        m.format = parsed->format.empty() ? format : parsed->format;
+        m.children = std::move(children);
+        m.unreadable = false;
+    } else {
+        // Kept as it came: evaluating it fails, saving writes it back.
+        m.code = code;
+        m.format = format;
+        for (AcDbObjectId child : r.children) m.children.push_back({nullptr, child});
+        m.unreadable = m.hasCode;
+    }
+    m.status = r.status ? static_cast<AcDbField::EvalStatus>(r.status) : AcDbField::kNotYetEvaluated;
+    if (m.status != AcDbField::kSuccess) {
+        m.value.reset();
+        m.fileValue.reset();
+    } else if (!m.value && !m.fileValue) {
+        m.value = AcFdFieldValue();
+    }
+    // The shown text of the cache: kept when the host would show the value
+    // otherwise (an evaluator that shaped its display).
+    m.evaluatorText.reset();
+    if (m.status == AcDbField::kSuccess && r.cacheShown && !r.cacheShown->empty()) {
+        std::wstring shown = WideText(in, *r.cacheShown);
+        if (m.fileValue || shown != static_cast<AcDbField&>(object).getValue()) m.evaluatorText = shown;
+    }
+    r = ReadState();
+}
+
+// Writing -----------------------------------------------------------------
+
+void WriteText(ObjectWriter& out, int code, const std::wstring& text) { out.Text(code, CaretEncode(ToUtf8(text))); }
+
+void WriteValueBody(ObjectWriter& out, const AcValue& value) {
+    out.Integer(90, value.dataType());
+    switch (value.dataType()) {
+    case AcValue::kLong: {
+        Adesk::Int32 whole = 0;
+        value.get(whole);
+        out.Integer(91, whole);
+        break;
+    }
+    case AcValue::kDouble: {
+        double real = 0;
+        value.get(real);
+        out.Real(140, real);
+        break;
+    }
+    case AcValue::kString: {
+        const ACHAR* text = L"";
+        value.get(text);
+        out.LongText(2, 1, CaretEncode(ToUtf8(text)));
+        break;
+    }
+    case AcValue::kPoint: {
+        double x = 0, y = 0;
+        value.get(x, y);
+        out.Point2d(11, x, y);
+        break;
+    }
+    case AcValue::k3dPoint: {
+        double x = 0, y = 0, z = 0;
+        value.get(x, y, z);
+        out.Point(11, AcGePoint3d(x, y, z));
+        break;
+    }
+    case AcValue::kObjectId: {
+        AcDbObjectId id;
+        value.get(id);
+        out.Id(330, id);
+        break;
+    }
+    default: break;
+    }
+}
+
+void WriteKeptBody(ObjectWriter& out, const AcDbField::Impl::FileValue& value) {
+    for (const auto& [code, text] : value.groups) out.Text(code, text);
+}
+
+template <class Body>
+void WriteValue(ObjectWriter& out, const std::wstring& shown, Body body) {
+    bool framed = FramesValues(out.File());
+    if (framed) out.Integer(93, 0);
+    body();
+    if (!framed) return;
+    out.Integer(94, 0);
+    out.Text(300, "");
+    WriteText(out, 302, shown);
+    out.Text(304, kValueEnd);
+}
+
+void WriteField(const AcDbObject& object, ObjectWriter& out) {
+    auto& field = static_cast<const AcDbField&>(object);
+    const AcDbField::Impl& m = field.impl();
+    out.Marker("AcDbField");
+    WriteText(out, 1, m.evaluatorId);
+    out.SplitText(2, 3, CaretEncode(ToUtf8(m.hasCode ? m.code : std::wstring())));
+    out.Integer(90, static_cast<long long>(m.children.size()));
+    for (const auto& child : m.children) out.Id(360, child.held ? child.held->objectId() : child.id);
+    out.Integer(97, static_cast<long long>(m.objectIds.size()));
+    for (AcDbObjectId id : m.objectIds) out.Id(331, id);
+    out.Integer(91, m.option);
+    out.Integer(92, m.filingOption);
+    // Compiled is a state of the session: an evaluator compiles a field
+    // anew after each opening.
+    out.Integer(94, field.state() & ~AcDbField::kCompiled);
+    out.Integer(95, m.status);
+    out.Integer(96, m.errorCode);
+    WriteText(out, 300, m.errorMessage);
+
+    std::vector<const std::pair<std::wstring, AcDbField::Impl::FileValue>*> kept;
+    for (const auto& item : m.fileData) {
+        bool replaced = std::any_of(m.data.begin(), m.data.end(), [&](const auto& d) { return d.first == item.first; });
+        if (!replaced) kept.push_back(&item);
+    }
+    out.Integer(93, static_cast<long long>(m.data.size() + kept.size()));
+    for (const auto& [key, value] : m.data) {
+        WriteText(out, 6, key);
+        WriteValue(out, L"", [&] { WriteValueBody(out, value); });
+    }
+    for (const auto* item : kept) {
+        WriteText(out, 6, item->first);
+        WriteValue(out, L"", [&] { WriteKeptBody(out, item->second); });
+    }
+
+    out.Text(7, kCacheKey);
+    bool success = m.status == AcDbField::kSuccess;
+    std::wstring shown = success ? std::wstring(field.getValue()) : std::wstring();
+    if (success && m.value) {
+        WriteValue(out, shown, [&] { WriteValueBody(out, *m.value); });
+    } else if (success && m.fileValue) {
+        WriteValue(out, shown, [&] { WriteKeptBody(out, *m.fileValue); });
+    } else {
+        WriteValue(out, shown, [&] { WriteValueBody(out, AcValue()); });
+    }
+    out.SplitText(301, 9, CaretEncode(ToUtf8(m.format)));
+    out.Integer(98, static_cast<long long>(m.format.size()));
+}
+
+const bool registered = RegisterClass({"FIELD", AcDbField::desc, [] { return static_cast<AcDbObject*>(new AcDbField); },
+                                       ReadField, FinishField, WriteField, "AcDbField", "ObjectDBX Classes", 1152,
+                                       false});
+
+}  // namespace
+}  // namespace cadhost::dxf
