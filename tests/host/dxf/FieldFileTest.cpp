@@ -1,0 +1,331 @@
+// Fields in drawing files: read as the platform files them under texts,
+// written back so that they read the same, kept when the host cannot use
+// them, and read by another DXF reader.
+#include <adslib.h>
+#include <dbdict.h>
+#include <dbmtext.h>
+#include <dbobjptr.h>
+#include <dbsymtb.h>
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+
+#include "host/fields/FieldTestSupport.h"
+#include "support/FieldDrawings.h"
+#include "support/TestHost.h"
+
+namespace {
+
+using qmtest::DescribeField;
+using qmtest::FixturePath;
+using qmtest::HandleText;
+using qmtest::IdOfHandle;
+
+class FieldFileTest : public qmtest::HostTest {
+protected:
+    AcDbDatabase* db() { return acdbHostApplicationServices()->workingDatabase(); }
+
+    void Open(const std::filesystem::path& path) {
+        std::wstring error;
+        ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+    }
+    std::wstring OpenFails(const std::filesystem::path& path) {
+        std::wstring error;
+        EXPECT_FALSE(host().OpenDrawing(path, error));
+        return error;
+    }
+    std::filesystem::path Save(const std::string& name) {
+        std::filesystem::path path = m_folder.path() / name;
+        std::wstring error;
+        EXPECT_TRUE(host().SaveDrawing(path, error)) << cadhost::ToUtf8(error);
+        return path;
+    }
+    AcDbObjectId Id(const std::string& handle) { return IdOfHandle(db(), cadhost::FromUtf8(handle)); }
+
+    // Every field of the drawing under its handle, described.
+    std::map<std::wstring, std::wstring> AllFields() {
+        std::map<std::wstring, std::wstring> out;
+        for (const auto& [name, text] : qmtest::ReadFieldFixture()) {
+            if (text.child == "-") continue;
+            out[cadhost::FromUtf8(text.textField)] = DescribeField(Id(text.textField));
+            out[cadhost::FromUtf8(text.child)] = DescribeField(Id(text.child));
+        }
+        return out;
+    }
+
+    // The fixture with its text replaced, as a file of the test's folder.
+    std::filesystem::path Edited(const std::string& name, const std::string& from, const std::string& to) {
+        std::string text = qmtest::ReadText(FixturePath("tablecell_fields.dxf"));
+        size_t at = text.find(from);
+        EXPECT_NE(at, std::string::npos) << from;
+        if (at != std::string::npos) text.replace(at, from.size(), to);
+        std::filesystem::path path = m_folder.path() / name;
+        qmtest::WriteText(path, text);
+        return path;
+    }
+};
+
+TEST_F(FieldFileTest, TextsOfTheFixtureHoldTheirFields) {
+    Open(FixturePath("tablecell_fields.dxf"));
+    auto texts = qmtest::ReadFieldFixture();
+    ASSERT_EQ(texts.size(), 9u);
+    struct Case {
+        const char* name;
+        const wchar_t* shown;
+        const wchar_t* textCode;
+    };
+    const Case cases[] = {
+        {"up_to_date", L"Tag", L"%<\\_FldIdx 0>%"},
+        {"stale", L"Load: old", L"Load: %<\\_FldIdx 0>%"},
+        {"paper_table", L"Ground floor plan", L"%<\\_FldIdx 0>%"},
+        {"area", L"12.00", L"%<\\_FldIdx 0>%"},
+    };
+    for (const Case& c : cases) {
+        const qmtest::FieldFixtureText& t = texts.at(c.name);
+        AcDbObjectId textId = Id(t.text);
+        EXPECT_EQ(qmtest::MTextContents(textId), c.shown) << c.name;
+        ASSERT_EQ(qmtest::TextFieldOf(textId), Id(t.textField)) << c.name;
+        ASSERT_EQ(qmtest::ChildFieldOf(textId), Id(t.child)) << c.name;
+        AcDbObjectPointer<AcDbField> text(Id(t.textField), AcDb::kForRead);
+        ASSERT_EQ(text.openStatus(), Acad::eOk);
+        EXPECT_TRUE(text->isTextField());
+        EXPECT_STREQ(text->getFieldCode(AcDbField::kPreserveFields), c.textCode) << c.name;
+        EXPECT_STREQ(text->getValue(), c.shown) << c.name;
+        EXPECT_EQ(text->evaluationOption(), AcDbField::kAutomatic);
+        EXPECT_EQ(text->ownerId().isNull(), false);
+    }
+    const qmtest::FieldFixtureText& stale = texts.at("stale");
+    EXPECT_EQ(DescribeField(Id(stale.child)),
+              L"evaluator TableCell\ncode \\TableCell " + cadhost::FromUtf8(stale.arguments) +
+                  L"\nformat \noption 63\nstatus 2 0 \nvalue old\ntyped 4:\"old\"\ndata TableCell Data = 4:\"" +
+                  cadhost::FromUtf8(stale.arguments) + L"\"\nchildren 0");
+    const qmtest::FieldFixtureText& area = texts.at("area");
+    EXPECT_EQ(DescribeField(Id(area.child)),
+              L"evaluator AcArea\ncode \\AcArea " + cadhost::FromUtf8(area.arguments) +
+                  L" \\f \"%lu2%pr2\"\nformat %lu2%pr2\noption 63\nstatus 2 0 \nvalue 12.00\ntyped 2:12\ndata AcArea Data = 4:\"" +
+                  cadhost::FromUtf8(area.arguments) + L"\"\nchildren 0");
+    // The child belongs to its text field.
+    AcDbObjectPointer<AcDbField> child(Id(stale.child), AcDb::kForRead);
+    EXPECT_EQ(child->ownerId(), Id(stale.textField));
+}
+
+TEST_F(FieldFileTest, FieldsInTheOlderFormReadToo) {
+    // Items without the flags of their value, as releases before 2007 file
+    // them, and the texts of the field in the code and the format.
+    Open(FixturePath("fields_r2010.dxf"));
+    EXPECT_EQ(DescribeField(Id("37")),
+              L"evaluator AcArea\ncode \\AcArea Object(<51>) \\f \"%lu2%pr2\"\nformat %lu2%pr2\noption 63\nstatus 2 0 \nvalue 12.57\n"
+              L"typed 2:12.566370614359172\ndata AcArea Data = 4:\"Object(<51>)\"\nchildren 0");
+    EXPECT_EQ(DescribeField(Id("36")),
+              L"evaluator _text\ncode %<\\AcArea Object(<51>) \\f \"%lu2%pr2\">%\nformat \noption 63\nstatus 2 0 \n"
+              L"value Area: 12.57\ntyped 4:\"Area: 12.57\"\nchildren 1 37");
+}
+
+TEST_F(FieldFileTest, ValuesWithoutFramesEndAtTheNextItemOrTheObjectsEnd) {
+    // As releases before 2007 write them: type and value alone; this one
+    // has no format after its cached value.
+    std::string text = qmtest::ReadText(FixturePath("tablecell_fields.dxf"));
+    qmtest::FieldFixtureText area = qmtest::ReadFieldFixture().at("area");
+    std::string item = " 93\n0\n 90\n4\n  1\n" + area.arguments + "\n 94\n0\n300\n\n302\n\n304\nACVALUE_END\n";
+    std::string cache = " 93\n0\n 90\n2\n140\n12.0\n 94\n0\n300\n\n302\n12.00\n304\nACVALUE_END\n301\n%lu2%pr2\n 98\n8\n";
+    size_t at = text.find(item);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, item.size(), " 90\n4\n  1\n" + area.arguments + "\n");
+    at = text.find(cache);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, cache.size(), " 90\n2\n140\n12.0\n");
+    std::filesystem::path path = m_folder.path() / "unframed.dxf";
+    qmtest::WriteText(path, text);
+    Open(path);
+    EXPECT_EQ(DescribeField(Id(area.child)),
+              L"evaluator AcArea\ncode \\AcArea " + cadhost::FromUtf8(area.arguments) +
+                  L"\nformat \noption 63\nstatus 2 0 \nvalue 12.0000\ntyped 2:12\ndata AcArea Data = 4:\"" +
+                  cadhost::FromUtf8(area.arguments) + L"\"\nchildren 0");
+}
+
+TEST_F(FieldFileTest, SavedFieldsReadBackTheSameAndSaveTheSameAgain) {
+    Open(FixturePath("tablecell_fields.dxf"));
+    auto before = AllFields();
+    std::filesystem::path first = Save("first.dxf");
+    EXPECT_EQ(qmtest::CompareDxf(FixturePath("tablecell_fields.dxf"), first), "");
+    Open(first);
+    EXPECT_EQ(AllFields(), before);
+    std::filesystem::path second = Save("second.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+}
+
+TEST_F(FieldFileTest, FieldsMadeInTheSessionReadBackWithEveryKindOfValue) {
+    qmtest::ScriptedEvaluator probe(L"Probe", qmtest::Succeeds(1.23456));
+    qmtest::ScriptedLoader loader;
+    loader.Add(&probe);
+    ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+    AcDbObjectId text = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(1, 2, 0),
+                                             L"A %<\\Probe one>% and %<\\Probe two \\f \"%pr3\">% ^ end", 0x15);
+    AcDbObjectId textField = qmtest::TextFieldOf(text);
+    AcDbObjectId one = qmtest::ChildFieldOf(text, 0), two = qmtest::ChildFieldOf(text, 1);
+    ASSERT_FALSE(one.isNull());
+    ASSERT_FALSE(two.isNull());
+    std::wstring longText(300, L'x');
+    longText += L"\u00e9\u20ac";  // beyond the first chunk, in characters of several bytes
+    {
+        AcDbObjectPointer<AcDbField> field(one, AcDb::kForWrite);
+        ASSERT_EQ(field.openStatus(), Acad::eOk);
+        std::pair<const wchar_t*, AcFdFieldValue> items[] = {
+            {L"long", AcFdFieldValue(static_cast<Adesk::Int32>(-2147483647 - 1))},
+            {L"double", AcFdFieldValue(0.1 + 0.2)},
+            {L"text", AcFdFieldValue(L"two\nlines ^J caret\t\r")},
+            {L"long text", AcFdFieldValue(longText.c_str())},
+            {L"id", AcFdFieldValue(text)},
+            {L"none", AcFdFieldValue()},
+        };
+        for (auto& [key, value] : items) ASSERT_EQ(field->setData(key, &value), Acad::eOk);
+        AcFdFieldValue point, point3;
+        point.set(1.5, -2.25);
+        point3.set(1e300, -7.5, 3.0);
+        field->setData(L"point", &point);
+        field->setData(L"3d point", &point3);
+        ASSERT_EQ(field->setFieldCode((L"%<\\Probe " + longText + L">%").c_str()), Acad::eOk);
+        field->setEvaluationOption(AcDbField::kOnDemand);
+    }
+    std::map<std::wstring, std::wstring> before = {{L"text", DescribeField(textField)},
+                                                   {L"one", DescribeField(one)},
+                                                   {L"two", DescribeField(two)}};
+    EXPECT_NE(before[L"one"].find(L"data long text = 4:\"" + longText + L"\""), std::wstring::npos);
+    std::wstring contents = qmtest::MTextContents(text);
+    std::string handles[] = {cadhost::ToUtf8(HandleText(text)), cadhost::ToUtf8(HandleText(textField)),
+                             cadhost::ToUtf8(HandleText(one)), cadhost::ToUtf8(HandleText(two))};
+    std::filesystem::path first = Save("session.dxf");
+    Open(first);
+    EXPECT_EQ(DescribeField(Id(handles[1])), before[L"text"]);
+    EXPECT_EQ(DescribeField(Id(handles[2])), before[L"one"]);
+    EXPECT_EQ(DescribeField(Id(handles[3])), before[L"two"]);
+    EXPECT_EQ(qmtest::MTextContents(Id(handles[0])), contents);
+    std::filesystem::path second = Save("again.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    EXPECT_NE(before[L"two"].find(L"value 1.235\n"), std::wstring::npos) << cadhost::ToUtf8(before[L"two"]);
+    host().fieldEngine().unregisterEvaluatorLoader(&loader);
+}
+
+TEST_F(FieldFileTest, AFieldThatTheHostCannotReadIsKeptAsItCame) {
+    // A code that names an object by id, as other evaluators write them, and
+    // a date value, which the host's values do not hold.
+    qmtest::FieldFixtureText area = qmtest::ReadFieldFixture().at("area");
+    std::string from = "  1\nAcArea\n  2\n\\AcArea " + area.arguments + "\n 90\n0\n 97\n0\n";
+    std::string to = "  1\nAcObjProp\n  2\n\\AcObjProp Object(%<\\_ObjIdx 0>%).Area\n 90\n0\n 97\n1\n331\n" +
+                     qmtest::ReadFieldFixture().at("up_to_date").text + "\n";
+    std::filesystem::path path = Edited("foreign.dxf", from, to);
+    std::string text = qmtest::ReadText(path);
+    size_t at = text.find("  6\nAcArea Data\n");
+    ASSERT_NE(at, std::string::npos);
+    at = text.find("  7\nACFD_FIELD_VALUE\n", at);
+    ASSERT_NE(at, std::string::npos);
+    text.insert(at, "  6\nWhen\n 93\n0\n 90\n8\n 92\n4\n310\n0A0B0C0D\n 94\n0\n300\n\n302\n\n304\nACVALUE_END\n");
+    size_t count = text.rfind(" 93\n1\n  6\nAcArea Data\n", at);
+    ASSERT_NE(count, std::string::npos);
+    text.replace(count, 5, " 93\n2");
+    qmtest::WriteText(path, text);
+    Open(path);
+
+    AcDbObjectId child = Id(area.child);
+    {
+        AcDbObjectPointer<AcDbField> field(child, AcDb::kForRead);
+        ASSERT_EQ(field.openStatus(), Acad::eOk);
+        EXPECT_STREQ(field->evaluatorId(), L"AcObjProp");
+        EXPECT_STREQ(field->getFieldCode(AcDbField::kFieldCode), L"\\AcObjProp Object(%<\\_ObjIdx 0>%).Area \\f \"%lu2%pr2\"");
+        EXPECT_STREQ(field->getValue(), L"12.00");
+        EXPECT_EQ(field->getData(L"When", nullptr), Acad::eKeyNotFound);  // no value of the host's
+        EXPECT_EQ(field->getData(L"AcArea Data", nullptr), Acad::eOk);
+    }
+    std::filesystem::path saved = Save("kept.dxf");
+    auto original = qmtest::DxfObjectsByHandle(path);
+    auto written = qmtest::DxfObjectsByHandle(saved);
+    ASSERT_TRUE(written.count(area.child));
+    const auto& a = original.at(area.child);
+    const auto& b = written.at(area.child);
+    ASSERT_EQ(a.size(), b.size());
+    for (size_t i = 0; i < a.size(); ++i) {
+        EXPECT_EQ(a[i].code, b[i].code) << i;
+        EXPECT_EQ(a[i].value, b[i].value) << i;
+    }
+    // Evaluating it fails, as its code cannot be read; the drawing keeps it.
+    {
+        AcDbObjectPointer<AcDbField> field(child, AcDb::kForWrite);
+        EXPECT_NE(field->evaluate(AcDbField::kDemand, db()), Acad::eOk);
+        EXPECT_EQ(field->evaluationStatus(), AcDbField::kSyntaxError);
+        EXPECT_STREQ(field->getValue(), L"####");
+    }
+}
+
+TEST_F(FieldFileTest, ChildPlacesThatDoNotMatchTheChildrenKeepTheCodeAsItCame) {
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("stale");
+    struct Case {
+        const char* to;
+        const wchar_t* code;
+    };
+    const Case cases[] = {
+        {"Load: %<\\_FldIdx 1>%", L"Load: %<\\_FldIdx 1>%"},                          // no second child
+        {"%<\\_FldIdx 0>% %<\\_FldIdx 0>%", L"%<\\_FldIdx 0>% %<\\_FldIdx 0>%"},      // one child twice
+        {"Load: none", L"Load: none"},                                                  // a child without place
+        {"Load: %<\\_FldIdx 0>", L"Load: %<\\_FldIdx 0>"},                            // a place left open
+    };
+    for (const Case& c : cases) {
+        std::filesystem::path path = Edited("places.dxf", "  2\nLoad: %<\\_FldIdx 0>%\n", std::string("  2\n") + c.to + "\n");
+        Open(path);
+        AcDbObjectPointer<AcDbField> field(Id(t.textField), AcDb::kForRead);
+        ASSERT_EQ(field.openStatus(), Acad::eOk) << c.to;
+        EXPECT_STREQ(field->getFieldCode(AcDbField::kPreserveFields), c.code) << c.to;
+        EXPECT_EQ(field->childCount(), 1) << c.to;
+        EXPECT_STREQ(field->getValue(), L"Load: old") << c.to;
+        field.close();
+        std::filesystem::path saved = Save("places_saved.dxf");
+        EXPECT_EQ(qmtest::CompareDxf(path, saved), "") << c.to;
+    }
+}
+
+TEST_F(FieldFileTest, BrokenFieldsFailTheFileWithTheirLineOrReadAsNoValue) {
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("up_to_date");
+    // Numbers that are no numbers fail the file, naming the line.
+    std::filesystem::path bad = Edited("bad.dxf", " 91\n63\n 92\n0\n", " 91\nmany\n 92\n0\n");
+    std::wstring error = OpenFails(bad);
+    EXPECT_NE(error.find(L"line "), std::wstring::npos) << cadhost::ToUtf8(error);
+    EXPECT_NE(error.find(L"needs a whole number"), std::wstring::npos) << cadhost::ToUtf8(error);
+    std::filesystem::path huge = Edited("huge.dxf", " 90\n2\n140\n12.0\n", " 90\n1\n 91\n99999999999\n");
+    error = OpenFails(huge);
+    EXPECT_NE(error.find(L"out of range"), std::wstring::npos) << cadhost::ToUtf8(error);
+
+    // A value of no type, an unknown status and option bits beyond the
+    // automatic moments: the field reads, without a value.
+    std::filesystem::path odd = Edited("odd.dxf", " 95\n2\n", " 95\n3\n");
+    Open(odd);
+    AcDbObjectId textField = Id(t.textField);
+    {
+        AcDbObjectPointer<AcDbField> field(textField, AcDb::kForRead);
+        EXPECT_EQ(field->evaluationStatus(), AcDbField::kNotYetEvaluated);
+        EXPECT_STREQ(field->getValue(), L"####");
+    }
+    std::filesystem::path options = Edited("options.dxf", " 91\n63\n", " 91\n255\n");
+    Open(options);
+    AcDbObjectPointer<AcDbField> field(Id(t.textField), AcDb::kForRead);
+    EXPECT_EQ(field->evaluationOption(), AcDbField::kAutomatic);
+}
+
+TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
+    qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"Made %<\\Probe x>% here");
+    AcDbObjectId paper =
+        qmtest::AddFieldText(db()->paperSpaceId(), AcGePoint3d(0, 0, 0), L"%<\\Probe y>%\\P%<\\Probe z>%");
+    ASSERT_FALSE(qmtest::ChildFieldOf(paper, 1).isNull());
+    std::filesystem::path path = Save("for_ezdxf.dxf");
+    std::string command = "/usr/bin/python3 " + FixturePath("check_with_ezdxf.py").string() + " audit " +
+                          path.string() + " > " + (m_folder.path() / "ezdxf.txt").string() + " 2>&1";
+    int status = std::system(command.c_str());
+    ASSERT_NE(status, -1);
+    int exit = WEXITSTATUS(status);
+    if (exit == 77) GTEST_SKIP() << "ezdxf is not installed for /usr/bin/python3";
+    std::string report = qmtest::ReadText(m_folder.path() / "ezdxf.txt");
+    EXPECT_EQ(exit, 0) << report;
+    EXPECT_NE(report.find("model MTEXT 1"), std::string::npos) << report;
+    EXPECT_NE(report.find("paper MTEXT 1"), std::string::npos) << report;
+}
+
+}  // namespace
