@@ -93,8 +93,12 @@ struct ReadState {
     AcDbObjectId id;
     std::vector<std::pair<int, std::string>> raw;
     std::string shown;  // raw
+    std::optional<int> flags;
 
     std::optional<std::string> cacheShown;  // the cached value's shown text
+    std::optional<int> fileState;
+    std::optional<int> cacheFlags;
+    std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
 
     void StartValue(bool cache, std::wstring itemKey) {
         part = kValue;
@@ -109,6 +113,7 @@ struct ReadState {
         id = AcDbObjectId();
         raw.clear();
         shown.clear();
+        flags.reset();
     }
 };
 
@@ -133,6 +138,12 @@ bool Modelled(int type) {
 void EndValue(AcDbField::Impl& m, ObjectReader& in) {
     ReadState& r = g_read;
     r.part = ReadState::kItems;
+    if (r.valueIsCache) {
+        r.cacheFlags = r.flags;
+    } else {
+        std::erase_if(r.itemFlags, [&](const auto& item) { return item.first == r.key; });
+        r.itemFlags.emplace_back(r.key, r.flags);
+    }
     if (!Modelled(r.type)) {
         AcDbField::Impl::FileValue kept;
         kept.groups.emplace_back(90, std::to_string(r.type));
@@ -169,7 +180,10 @@ void EndValue(AcDbField::Impl& m, ObjectReader& in) {
 Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
     ReadState& r = g_read;
     if (!r.typeSeen) {
-        if (g.code == 93) return Use::kKnown;  // the value's flags
+        if (g.code == 93) {
+            r.flags = static_cast<int>(in.Integer(g));
+            return Use::kKnown;
+        }
         if (g.code != 90) return Use::kKept;
         long long type = in.Integer(g);
         r.type = type >= 0 && type <= 0x7FFFFFFF ? static_cast<int>(type) : -1;
@@ -260,7 +274,7 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
             return Use::kKnown;
         }
         case 92: m.filingOption = static_cast<int>(in.Integer(g)); return Use::kKnown;
-        case 94: return Use::kKnown;  // the state follows from the rest
+        case 94: r.fileState = static_cast<int>(in.Integer(g)); return Use::kKnown;
         case 95: {
             long long status = in.Integer(g);
             r.status = status > 0 && status <= 0x40 && (status & (status - 1)) == 0 ? static_cast<int>(status) : 0;
@@ -357,10 +371,18 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
     // The shown text of the cache: kept when the host would show the value
     // otherwise (an evaluator that shaped its display).
     m.evaluatorText.reset();
-    if (m.status == AcDbField::kSuccess && r.cacheShown && !r.cacheShown->empty()) {
-        std::wstring shown = WideText(in, *r.cacheShown);
-        if (m.fileValue || shown != static_cast<AcDbField&>(object).getValue()) m.evaluatorText = shown;
-    }
+    auto& field = static_cast<AcDbField&>(object);
+    std::wstring fileShown = r.cacheShown ? WideText(in, *r.cacheShown) : std::wstring();
+    if (m.status == AcDbField::kSuccess && !fileShown.empty() && (m.fileValue || fileShown != field.getValue()))
+        m.evaluatorText = fileShown;
+    AcDbField::Impl::FileForm form;
+    form.stateAtRead = field.state() & ~AcDbField::kCompiled;
+    form.state = r.fileState.value_or(form.stateAtRead);
+    form.shown = fileShown;
+    form.shownAtRead = m.status == AcDbField::kSuccess ? field.getValue() : L"";
+    form.cacheFlags = r.cacheFlags;
+    form.itemFlags = std::move(r.itemFlags);
+    m.fileForm = std::move(form);
     r = ReadState();
 }
 
@@ -415,10 +437,11 @@ void WriteKeptBody(ObjectWriter& out, const AcDbField::Impl::FileValue& value) {
     for (const auto& [code, text] : value.groups) out.Text(code, text);
 }
 
+// flags: those the file framed the value with (none: it had no flags).
 template <class Body>
-void WriteValue(ObjectWriter& out, const std::wstring& shown, Body body) {
+void WriteValue(ObjectWriter& out, std::optional<int> flags, const std::wstring& shown, Body body) {
     bool framed = FramesValues(out.File());
-    if (framed) out.Integer(93, 0);
+    if (framed && flags) out.Integer(93, *flags);
     body();
     if (!framed) return;
     out.Integer(94, 0);
@@ -441,7 +464,9 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     out.Integer(92, m.filingOption);
     // Compiled is a state of the session: an evaluator compiles a field
     // anew after each opening.
-    out.Integer(94, field.state() & ~AcDbField::kCompiled);
+    const auto& form = m.fileForm;
+    int state = field.state() & ~AcDbField::kCompiled;
+    out.Integer(94, form && state == form->stateAtRead ? form->state : state);
     out.Integer(95, m.status);
     out.Integer(96, m.errorCode);
     WriteText(out, 300, m.errorMessage);
@@ -452,24 +477,32 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
         if (!replaced) kept.push_back(&item);
     }
     out.Integer(93, static_cast<long long>(m.data.size() + kept.size()));
+    auto itemFlags = [&](const std::wstring& key) -> std::optional<int> {
+        if (!form) return 0;
+        for (const auto& [name, flags] : form->itemFlags)
+            if (name == key) return flags;
+        return 0;
+    };
     for (const auto& [key, value] : m.data) {
         WriteText(out, 6, key);
-        WriteValue(out, L"", [&] { WriteValueBody(out, value); });
+        WriteValue(out, itemFlags(key), L"", [&] { WriteValueBody(out, value); });
     }
     for (const auto* item : kept) {
         WriteText(out, 6, item->first);
-        WriteValue(out, L"", [&] { WriteKeptBody(out, item->second); });
+        WriteValue(out, itemFlags(item->first), L"", [&] { WriteKeptBody(out, item->second); });
     }
 
     out.Text(7, kCacheKey);
     bool success = m.status == AcDbField::kSuccess;
     std::wstring shown = success ? std::wstring(field.getValue()) : std::wstring();
+    if (form && shown == form->shownAtRead) shown = form->shown;
+    std::optional<int> flags = form ? form->cacheFlags : std::optional<int>(0);
     if (success && m.value) {
-        WriteValue(out, shown, [&] { WriteValueBody(out, *m.value); });
+        WriteValue(out, flags, shown, [&] { WriteValueBody(out, *m.value); });
     } else if (success && m.fileValue) {
-        WriteValue(out, shown, [&] { WriteKeptBody(out, *m.fileValue); });
+        WriteValue(out, flags, shown, [&] { WriteKeptBody(out, *m.fileValue); });
     } else {
-        WriteValue(out, shown, [&] { WriteValueBody(out, AcValue()); });
+        WriteValue(out, flags, shown, [&] { WriteValueBody(out, AcValue()); });
     }
     out.SplitText(301, 9, CaretEncode(ToUtf8(m.format)));
     out.Integer(98, static_cast<long long>(m.format.size()));

@@ -12,7 +12,7 @@
 #include "fields/FieldImpl.h"
 #include "fields/FieldResult.h"
 
-ACRX_DEFINE_MEMBERS(AcDbField, AcDbObject)
+ACRX_DXF_DEFINE_MEMBERS(AcDbField, AcDbObject, L"FIELD")
 
 namespace {
 
@@ -111,6 +111,7 @@ void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* 
     m.evaluatorText.reset();
     m.objectIds.clear();  // they belonged to the code read from a file
     m.fileValue.reset();
+    m.fileForm.reset();
 }
 
 // Children that the field holds go into the field's database, owned by it.

@@ -47,6 +47,18 @@ struct AcDbField::Impl {
     int filingOption = 0;
     std::vector<std::pair<std::wstring, FileValue>> fileData;
     std::optional<FileValue> fileValue;
+    // How the file wrote what the host derives (the state, the text shown
+    // for the cached value, the flags framing each value), written so again
+    // while the field is as it was read.
+    struct FileForm {
+        int state = 0;
+        int stateAtRead = 0;
+        std::wstring shown;
+        std::wstring shownAtRead;
+        std::optional<int> cacheFlags;
+        std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
+    };
+    std::optional<FileForm> fileForm;
 
     // Texts handed out by pointer; valid until the field next changes.
     mutable std::wstring codeText;

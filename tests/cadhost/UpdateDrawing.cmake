@@ -1,0 +1,36 @@
+cmake_minimum_required(VERSION 3.25)
+# cadhost update as a user runs it: a copy of the field fixture whose cell
+# $A$1 of the schedule was edited in the file is brought up to date; what
+# cadhost prints must match update_drawing.out (@WORK@ for the work
+# folder), and ezdxf must read the result (when it is installed).
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+file(READ ${FIXTURES}/tablecell_fields.dxf text)
+string(REPLACE "145\n0.0\n  1\nTag\n" "145\n0.0\n  1\n{\\fArial|b1;Tag} 2\n" edited "${text}")
+if(edited STREQUAL text)
+  message(FATAL_ERROR "the cell $A$1 was not found in the fixture")
+endif()
+file(WRITE ${WORK}/drawing.dxf "${edited}")
+execute_process(COMMAND ${CADHOST} update ${WORK}/drawing.dxf --settings ${WORK}/settings
+                RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT status EQUAL 1)
+  message(FATAL_ERROR "cadhost update exited with ${status}, not 1 (two fields fail)\n${out}\n${err}")
+endif()
+file(READ ${EXPECTED} expected)
+string(REPLACE "@WORK@" "${WORK}" expected "${expected}")
+if(NOT out STREQUAL expected)
+  file(WRITE ${WORK}/update.stdout "${out}")
+  message(FATAL_ERROR "cadhost update printed other lines:\n--- expected\n${expected}\n--- printed\n${out}")
+endif()
+file(READ ${WORK}/drawing.dxf written)
+string(FIND "${written}" "100\nAcDbMText\n 10\n0.0\n 20\n10.0\n 30\n0.0\n 40\n0.5\n 41\n0.0\n 71\n1\n  1\nTag 2\n" shown)
+if(shown EQUAL -1)
+  message(FATAL_ERROR "the text of the cell's field does not show the cell's new text")
+endif()
+execute_process(COMMAND ${PYTHON} ${FIXTURES}/check_with_ezdxf.py audit ${WORK}/drawing.dxf
+                RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(status EQUAL 77)
+  message("ezdxf is not installed; the file was not read by another reader")
+elseif(NOT status EQUAL 0)
+  message(FATAL_ERROR "ezdxf does not read the updated drawing:\n${out}\n${err}")
+endif()
