@@ -113,5 +113,6 @@ private:
 // The groups of script commands, each defined where its subject lives.
 void DefineHostCommands(ScriptRunner& runner);
 void DefineDialogCommands(ScriptRunner& runner);
+void DefineDrawingCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

@@ -72,14 +72,17 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
 int main(int argc, char** argv) {
     Options options;
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
-    if (options.drawing) {
-        std::cerr << "cadhost: " << options.drawing->string() << ": this host cannot open drawings yet\n";
-        return 2;
-    }
-
     cadhost::HostOptions hostOptions;
     hostOptions.settingsFolder = options.settings;
     cadhost::Host host(hostOptions);
+    if (options.drawing) {
+        std::wstring error;
+        if (!host.OpenDrawing(*options.drawing, error)) {
+            host.commandLine().FinishLine();
+            std::cerr << "cadhost: " << cadhost::ToUtf8(error) << "\n";
+            return 2;
+        }
+    }
     if (options.module) {
         host.linker().loadModule(L"Quillmark.arx", true);
         host.processor().RunIdle();
@@ -92,5 +95,6 @@ int main(int argc, char** argv) {
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);
     cadhost::script::DefineDialogCommands(runner);
+    cadhost::script::DefineDrawingCommands(runner);
     return runner.RunFile(*options.script, std::cerr);
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "dbmain.h"
@@ -26,10 +25,25 @@ public:
     Acad::ErrorStatus setAt(const ACHAR* name, AcDbObject* object, AcDbObjectId& id);
     Acad::ErrorStatus remove(const ACHAR* name);
     Acad::ErrorStatus remove(const ACHAR* name, AcDbObjectId& id);
+    // The name under which an object is filed.
+    Acad::ErrorStatus nameAt(AcDbObjectId id, ACHAR*& name) const;
+    // Whether the entries are owned by the dictionary (erased with it).
+    bool isTreatElementsAsHard() const { return m_hardOwner; }
+    void setTreatElementsAsHard(bool value) { m_hardOwner = value; }
 
-    const std::vector<std::pair<std::wstring, AcDbObjectId>>& entries() const { return m_entries; }
+    struct Entry {
+        std::wstring name;
+        AcDbObjectId id;
+        bool hardOwned = true;  // files write the entry as an owner (360) or as a soft owner (350)
+    };
+    const std::vector<Entry>& entries() const { return m_entries; }
+    // The host's own: files an entry as a drawing file lists it.
+    void adoptEntry(std::wstring name, AcDbObjectId id, bool hardOwned) {
+        m_entries.push_back(Entry{std::move(name), id, hardOwned});
+    }
 
 private:
-    std::vector<std::pair<std::wstring, AcDbObjectId>>::const_iterator find(const ACHAR* name) const;
-    std::vector<std::pair<std::wstring, AcDbObjectId>> m_entries;
+    std::vector<Entry>::const_iterator find(const ACHAR* name) const;
+    std::vector<Entry> m_entries;
+    bool m_hardOwner = false;
 };

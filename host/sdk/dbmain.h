@@ -4,6 +4,7 @@
 #include "acdb.h"
 #include "adsdef.h"
 #include "dbid.h"
+#include "gemat3d.h"
 #include "rxobject.h"
 
 #ifndef _SH_DENYRW
@@ -59,6 +60,11 @@ public:
     // The host's extra state of an object (extended data, kept file data).
     cadhost::ObjectExtras* extras() const { return m_extras; }
     cadhost::ObjectExtras& mutableExtras();
+    // The host's own: optional groups that the drawing file wrote although
+    // they held their defaults, one bit each as the object's class counts
+    // them, so that saving writes them again.
+    Adesk::UInt16 fileGroups() const { return m_fileGroups; }
+    void setFileGroups(Adesk::UInt16 bits) { m_fileGroups = bits; }
 
 protected:
     AcDbObject() = default;
@@ -72,6 +78,30 @@ private:
     cadhost::ObjectExtras* m_extras = nullptr;
     unsigned short m_readers = 0;
     bool m_writer = false;
+    Adesk::UInt16 m_fileGroups = 0;
+};
+
+// A box aligned with the world axes. A new one is empty: it takes the
+// first point added as it is.
+class CADHOST_API AcDbExtents {
+public:
+    AcDbExtents();
+    AcDbExtents(const AcGePoint3d& minPoint, const AcGePoint3d& maxPoint);
+
+    const AcGePoint3d& minPoint() const { return m_min; }
+    const AcGePoint3d& maxPoint() const { return m_max; }
+    // Refuses corners that are not ordered (eInvalidExtents).
+    Acad::ErrorStatus set(const AcGePoint3d& minPoint, const AcGePoint3d& maxPoint);
+    void addPoint(const AcGePoint3d& point);
+    void addExt(const AcDbExtents& other);
+    void expandBy(const AcGeVector3d& vector);
+    // The box around the transformed box.
+    Acad::ErrorStatus transformBy(const AcGeMatrix3d& matrix);
+    // No point added yet (not a call of the platform).
+    bool isEmpty() const { return m_min.x > m_max.x; }
+
+private:
+    AcGePoint3d m_min, m_max;
 };
 
 // An object with graphics: it lies in a block and on a layer.
@@ -87,6 +117,14 @@ public:
     Acad::ErrorStatus setLayer(const ACHAR* layerName);
     Acad::ErrorStatus setLayer(AcDbObjectId layerId);
     AcDbObjectId blockId() const { return ownerId(); }
+
+    // The box around the entity's geometry in world coordinates;
+    // eNullExtents for an entity that has no geometry.
+    virtual Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const;
+    // The host's own: adds the entity's geometry carried by a transformation
+    // (the placement of the block that holds it) to extents; depth counts the
+    // blocks passed through, so that a block that holds itself ends.
+    virtual void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const;
 
 protected:
     AcDbEntity() = default;
@@ -109,8 +147,15 @@ public:
 
     Acad::ErrorStatus readDwgFile(const ACHAR* fileName, int shareMode = _SH_DENYWR,
                                   bool allowCPConversion = false, const wchar_t* password = nullptr);
+    // Writes the drawing as DXF, in the release that it was read from (a new
+    // drawing in the 2010 release); the file is replaced only when the whole
+    // drawing was written.
     Acad::ErrorStatus saveAs(const ACHAR* fileName);
+    Acad::ErrorStatus dxfIn(const ACHAR* fileName, const ACHAR* logFilename = nullptr);
+    Acad::ErrorStatus dxfOut(const ACHAR* fileName, int precision = 16, bool saveThumbnailImage = false);
     Acad::ErrorStatus getFilename(const ACHAR*& fileName) const;
+    // The objects of the drawing, erased ones included.
+    Adesk::Int32 approxNumObjects() const;
 
     Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode);
     Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode);
@@ -140,6 +185,20 @@ public:
     Acad::ErrorStatus setLuprec(Adesk::Int16 precision);
     Adesk::Int16 dimzin() const;
     Acad::ErrorStatus setDimzin(Adesk::Int16 value);
+    // Model space is current (true) or the paper space of the current layout.
+    bool tilemode() const;
+    Acad::ErrorStatus setTilemode(bool modelSpace);
+    // The user coordinate system of model space (ucs...) and of paper space
+    // (pucs...): origin and axes in world coordinates.
+    AcGePoint3d ucsorg() const;
+    AcGeVector3d ucsxdir() const;
+    AcGeVector3d ucsydir() const;
+    AcGePoint3d pucsorg() const;
+    AcGeVector3d pucsxdir() const;
+    AcGeVector3d pucsydir() const;
+    // Sets a space's system; the axes must be perpendicular and not zero.
+    Acad::ErrorStatus setUcs(const AcGePoint3d& origin, const AcGeVector3d& xAxis, const AcGeVector3d& yAxis);
+    Acad::ErrorStatus setPucs(const AcGePoint3d& origin, const AcGeVector3d& xAxis, const AcGeVector3d& yAxis);
 
     // Adds an object that no database holds yet; the database owns it then.
     Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, AcDbObject* object);

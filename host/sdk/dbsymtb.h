@@ -1,6 +1,8 @@
 // Symbol tables (blocks, layers, registered applications) and their records.
 #pragma once
 
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "dbmain.h"
@@ -17,14 +19,20 @@ public:
     Acad::ErrorStatus getName(const ACHAR*& name) const;
     // A new copy that the caller frees with acutDelBuffer.
     Acad::ErrorStatus getName(ACHAR*& name) const;
+    // Renames the record; its table's index follows, and a name that another
+    // record of the table holds is refused.
     Acad::ErrorStatus setName(const ACHAR* name);
     const std::wstring& name() const { return m_name; }
+    // The host's own: the record's flags as drawing files keep them (group 70).
+    Adesk::Int16 recordFlags() const { return m_flags; }
+    void setRecordFlags(Adesk::Int16 flags) { m_flags = flags; }
 
 protected:
     AcDbSymbolTableRecord() = default;
 
 private:
     std::wstring m_name;
+    Adesk::Int16 m_flags = 0;
 };
 
 class CADHOST_API AcDbSymbolTable : public AcDbObject {
@@ -44,12 +52,20 @@ public:
 
     // The records in table order.
     const std::vector<AcDbObjectId>& recordIds() const { return m_records; }
+    // The host's own: files a record that is already in the database under
+    // its name, without the checks of add (a drawing file is taken as it is).
+    void adoptRecord(AcDbObjectId id, const std::wstring& name);
+    // Keeps the name index in step with a renamed record.
+    void noteRename(AcDbObjectId id, const std::wstring& oldName, const std::wstring& newName);
+    static std::wstring IndexKey(const std::wstring& name);
 
 protected:
     AcDbSymbolTable() = default;
 
 private:
     std::vector<AcDbObjectId> m_records;
+    // Upper-case name to the records of that name, oldest first.
+    std::unordered_map<std::wstring, std::vector<AcDbObjectId>> m_index;
 };
 
 // Walks a table's records in table order; skipping deleted records leaves
@@ -105,12 +121,32 @@ public:
 
     bool isLayout() const;
     bool isAnonymous() const;
-    bool isFromExternalReference() const { return m_xref; }
-    bool isFromOverlayReference() const { return m_overlay; }
+    bool isFromExternalReference() const { return (m_blockFlags & 4) != 0; }
+    bool isFromOverlayReference() const { return (m_blockFlags & 8) != 0; }
     bool isUnloaded() const { return m_unloaded; }
-    void setIsFromExternalReference(bool value) { m_xref = value; }
-    void setIsFromOverlayReference(bool value) { m_overlay = value; }
+    void setIsFromExternalReference(bool value) { setBlockFlag(4, value); }
+    void setIsFromOverlayReference(bool value) { setBlockFlag(8, value); }
     void setIsUnloaded(bool value) { m_unloaded = value; }
+    // Whether the block holds attribute definitions.
+    bool hasAttributeDefinitions() const;
+    AcGePoint3d origin() const { return m_origin; }
+    Acad::ErrorStatus setOrigin(const AcGePoint3d& origin);
+    // The file of an external reference; empty for other blocks.
+    Acad::ErrorStatus pathName(const ACHAR*& path) const;
+    Acad::ErrorStatus setPathName(const ACHAR* path);
+
+    // The host's own: the block's flags as drawing files keep them (1
+    // anonymous, 2 attribute definitions, 4 external reference, 8 overlay,
+    // ...), and the begin and end entities that carry the block's handles in
+    // files.
+    Adesk::Int16 blockFlags() const { return m_blockFlags; }
+    void setBlockFlags(Adesk::Int16 flags) { m_blockFlags = flags; }
+    AcDbObjectId blockBeginId() const { return m_begin; }
+    AcDbObjectId blockEndId() const { return m_end; }
+    void setBlockBeginId(AcDbObjectId id) { m_begin = id; }
+    void setBlockEndId(AcDbObjectId id) { m_end = id; }
+    // Files an entity that is already in the database as the block's last.
+    void adoptEntity(AcDbObjectId id) { m_entities.push_back(id); }
 
     // Adds an entity that no database holds yet; the block owns it then.
     Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity);
@@ -124,14 +160,22 @@ public:
 
     const std::vector<AcDbObjectId>& entityIds() const { return m_entities; }
     // The host's index of references; kept by the references themselves.
+    // Forgetting is lazy: a reference that points elsewhere now is dropped
+    // from the index when it is next read.
     void noteReference(AcDbObjectId referenceId);
     void forgetReference(AcDbObjectId referenceId);
 
 private:
+    void setBlockFlag(Adesk::Int16 bit, bool value) { m_blockFlags = value ? (m_blockFlags | bit) : (m_blockFlags & ~bit); }
+    void compactReferences() const;
+
     std::vector<AcDbObjectId> m_entities;
-    std::vector<AcDbObjectId> m_references;
-    bool m_xref = false;
-    bool m_overlay = false;
+    mutable std::vector<AcDbObjectId> m_references;
+    mutable size_t m_staleReferences = 0;
+    std::wstring m_path;
+    AcGePoint3d m_origin;
+    AcDbObjectId m_begin, m_end;
+    Adesk::Int16 m_blockFlags = 0;
     bool m_unloaded = false;
 };
 
@@ -154,17 +198,19 @@ class CADHOST_API AcDbLayerTableRecord : public AcDbSymbolTableRecord {
 public:
     ACRX_DECLARE_MEMBERS(AcDbLayerTableRecord)
     AcDbLayerTableRecord() = default;
-    bool isFrozen() const { return m_frozen; }
+    bool isFrozen() const { return (recordFlags() & 1) != 0; }
     bool isOff() const { return m_off; }
-    bool isLocked() const { return m_locked; }
-    void setIsFrozen(bool value) { m_frozen = value; }
+    bool isLocked() const { return (recordFlags() & 4) != 0; }
+    void setIsFrozen(bool value) { setRecordFlags(value ? (recordFlags() | 1) : (recordFlags() & ~1)); }
     void setIsOff(bool value) { m_off = value; }
-    void setIsLocked(bool value) { m_locked = value; }
+    void setIsLocked(bool value) { setRecordFlags(value ? (recordFlags() | 4) : (recordFlags() & ~4)); }
+    // The color number, 1 to 255 (7 by default); an off layer keeps its color.
+    Adesk::Int16 colorIndex() const { return m_color; }
+    void setColorIndex(Adesk::Int16 color) { m_color = color; }
 
 private:
-    bool m_frozen = false;
+    Adesk::Int16 m_color = 7;
     bool m_off = false;
-    bool m_locked = false;
 };
 
 class CADHOST_API AcDbRegAppTableRecord : public AcDbSymbolTableRecord {

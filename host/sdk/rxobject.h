@@ -20,8 +20,11 @@ protected:
 
 class CADHOST_API AcRxClass : public AcRxObject {
 public:
-    AcRxClass(const ACHAR* name, AcRxClass* parent);
+    AcRxClass(const ACHAR* name, AcRxClass* parent, const ACHAR* dxfName = nullptr);
     const ACHAR* name() const { return m_name; }
+    // The type name of the class's objects in drawing files ("LINE"); null
+    // for a class that files do not name.
+    const ACHAR* dxfName() const { return m_dxfName; }
     AcRxClass* myParent() const { return m_parent; }
     bool isDerivedFrom(const AcRxClass* other) const;
     static AcRxClass* desc();
@@ -30,6 +33,7 @@ public:
 private:
     const ACHAR* m_name;
     AcRxClass* m_parent;
+    const ACHAR* m_dxfName;
 };
 
 // Class identity for a class of the platform: ACRX_DECLARE_MEMBERS in the
@@ -46,6 +50,14 @@ private:
 #define ACRX_DEFINE_MEMBERS(CLASS, PARENT)                                      \
     AcRxClass* CLASS::desc() {                                                  \
         static AcRxClass theClass(L## #CLASS, PARENT::desc());                  \
+        return &theClass;                                                       \
+    }                                                                           \
+    AcRxClass* CLASS::isA() const { return CLASS::desc(); }
+
+// The same for a class that drawing files name by DXFNAME.
+#define ACRX_DXF_DEFINE_MEMBERS(CLASS, PARENT, DXFNAME)                         \
+    AcRxClass* CLASS::desc() {                                                  \
+        static AcRxClass theClass(L## #CLASS, PARENT::desc(), DXFNAME);         \
         return &theClass;                                                       \
     }                                                                           \
     AcRxClass* CLASS::isA() const { return CLASS::desc(); }

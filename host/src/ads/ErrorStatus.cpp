@@ -37,7 +37,11 @@ const ACHAR* acadErrorStatusText(Acad::ErrorStatus status) {
     case Acad::eWasNotOpenForWrite: return L"eWasNotOpenForWrite";
     case Acad::eNotOpenForRead: return L"eNotOpenForRead";
     case Acad::eNotOpenForWrite: return L"eNotOpenForWrite";
+    case Acad::eInvalidExtents: return L"eInvalidExtents";
+    case Acad::eDegenerateGeometry: return L"eDegenerateGeometry";
+    case Acad::eNullExtents: return L"eNullExtents";
     case Acad::eUnknownHandle: return L"eUnknownHandle";
+    case Acad::eWrongDatabase: return L"eWrongDatabase";
     case Acad::eHadMultipleReaders: return L"eHadMultipleReaders";
     case Acad::eAtMaxReaders: return L"eAtMaxReaders";
     case Acad::eRegappIdNotFound: return L"eRegappIdNotFound";

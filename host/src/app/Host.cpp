@@ -5,7 +5,11 @@
 #include <cwchar>
 #include <cwctype>
 
+#include <dbsymtb.h>
+
 #include "app/Modules.h"
+#include "db/DatabaseImpl.h"
+#include "editor/Viewports.h"
 #include "core/Utf8.h"
 
 namespace cadhost {
@@ -89,11 +93,40 @@ Host::~Host() {
     s_current = nullptr;
 }
 
-void Host::NewDrawing() {
+void Host::NewDrawing() { ReplaceDrawing(std::make_unique<AcDbDatabase>(true), L""); }
+
+void Host::ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName) {
+    m_viewport = 0;
     if (Document* old = m_documents->Current()) m_linker->Broadcast(AcRx::kUnloadDwgMsg, old);
     m_functions.Clear();  // what modules defined belonged to the drawing
-    Document* document = m_documents->Replace(std::make_unique<AcDbDatabase>(true));
+    Document* document = m_documents->Replace(std::move(database), std::move(fileName));
     m_linker->Broadcast(AcRx::kLoadDwgMsg, document);
+}
+
+bool Host::OpenDrawing(const std::filesystem::path& path, std::wstring& error) {
+    auto database = std::make_unique<AcDbDatabase>(false);
+    std::wstring name = FromUtf8(path.string());
+    if (database->readDwgFile(name.c_str()) != Acad::eOk) {
+        error = database->impl().lastError;
+        return false;
+    }
+    ReplaceDrawing(std::move(database), name);
+    return true;
+}
+
+bool Host::SaveDrawing(const std::filesystem::path& path, std::wstring& error) {
+    Document* document = m_documents->Current();
+    if (!document || !document->database()) {
+        error = L"no drawing is open";
+        return false;
+    }
+    std::wstring name = FromUtf8(path.string());
+    if (document->database()->saveAs(name.c_str()) != Acad::eOk) {
+        error = document->database()->impl().lastError;
+        return false;
+    }
+    document->SetFileName(name);
+    return true;
 }
 
 void Host::ConnectModules() {
@@ -180,6 +213,132 @@ void Host::DefineVariables() {
     header(L"LUNITS", 1, 5, &AcDbDatabase::lunits, &AcDbDatabase::setLunits);
     header(L"LUPREC", 0, 8, &AcDbDatabase::luprec, &AcDbDatabase::setLuprec);
     header(L"DIMZIN", 0, 15, &AcDbDatabase::dimzin, &AcDbDatabase::setDimzin);
+    DefineDrawingVariables();
+}
+
+void Host::DefineDrawingVariables() {
+    using Variable = SystemVariables::Variable;
+    auto working = [this]() { return m_services->workingDatabase(); };
+    // The current layer, by name; a frozen layer cannot be current.
+    m_variables.Define(L"CLAYER", Variable{RTSTR, false, 0, 0,
+                                           [working](resbuf& rb) {
+                                               AcDbDatabase* db = working();
+                                               if (!db) return false;
+                                               std::wstring name;
+                                               AcDbLayerTableRecord* layer = nullptr;
+                                               if (acdbOpenObject(layer, db->clayer(), AcDb::kForRead) == Acad::eOk) {
+                                                   name = layer->name();
+                                                   layer->close();
+                                               }
+                                               rb.resval.rstring = NewText(name);
+                                               return rb.resval.rstring != nullptr;
+                                           },
+                                           [working](const resbuf& rb) {
+                                               AcDbDatabase* db = working();
+                                               if (!db) return std::wstring(L"no drawing is open");
+                                               AcDbLayerTable* table = nullptr;
+                                               if (db->getSymbolTable(table, AcDb::kForRead) != Acad::eOk)
+                                                   return std::wstring(L"the drawing has no layers");
+                                               AcDbLayerTableRecord* layer = nullptr;
+                                               Acad::ErrorStatus es = table->getAt(rb.resval.rstring, layer, AcDb::kForRead);
+                                               table->close();
+                                               if (es != Acad::eOk)
+                                                   return L"no layer is named " + std::wstring(rb.resval.rstring);
+                                               bool frozen = layer->isFrozen();
+                                               AcDbObjectId id = layer->objectId();
+                                               layer->close();
+                                               if (frozen) return L"the layer " + std::wstring(rb.resval.rstring) +
+                                                                  L" is frozen and cannot be current";
+                                               db->setClayer(id);
+                                               return std::wstring();
+                                           }});
+    // 1 while model space is current, 0 while the paper space of the
+    // layout is; the viewport in use goes back to the whole sheet or model.
+    m_variables.Define(L"TILEMODE", Variable{RTSHORT, false, 0, 1,
+                                             [working](resbuf& rb) {
+                                                 AcDbDatabase* db = working();
+                                                 if (!db) return false;
+                                                 rb.resval.rint = db->tilemode() ? 1 : 0;
+                                                 return true;
+                                             },
+                                             [this, working](const resbuf& rb) {
+                                                 AcDbDatabase* db = working();
+                                                 if (!db) return std::wstring(L"no drawing is open");
+                                                 if (db->setTilemode(rb.resval.rint != 0) != Acad::eOk)
+                                                     return std::wstring(L"the drawing has no such space");
+                                                 m_viewport = 0;
+                                                 return std::wstring();
+                                             }});
+    // The viewport in use: 2 for model space, 1 for the sheet of a layout,
+    // the number of a viewport of the sheet while working in it.
+    m_variables.Define(L"CVPORT", Variable{RTSHORT, false, 1, 32767,
+                                           [this, working](resbuf& rb) {
+                                               AcDbDatabase* db = working();
+                                               if (!db) return false;
+                                               rb.resval.rint = db->tilemode() ? 2 : (m_viewport ? m_viewport : 1);
+                                               return true;
+                                           },
+                                           [this, working](const resbuf& rb) {
+                                               AcDbDatabase* db = working();
+                                               if (!db) return std::wstring(L"no drawing is open");
+                                               short number = rb.resval.rint;
+                                               if (db->tilemode()) {
+                                                   return number == 2 ? std::wstring()
+                                                                      : std::wstring(L"model space has viewport 2 only");
+                                               }
+                                               if (number == 1) {
+                                                   m_viewport = 0;
+                                                   return std::wstring();
+                                               }
+                                               if (cadhost::FindViewport(*db, number).isNull())
+                                                   return L"the layout has no viewport " + std::to_wstring(number);
+                                               m_viewport = number;
+                                               return std::wstring();
+                                           }});
+    // The user coordinate system of the current space, in world terms.
+    auto ucs = [working](int which) {
+        return [working, which](resbuf& rb) {
+            AcDbDatabase* db = working();
+            if (!db) return false;
+            bool model = db->tilemode();
+            AcGeVector3d v = which == 0 ? (model ? db->ucsorg() : db->pucsorg()).asVector()
+                             : which == 1 ? (model ? db->ucsxdir() : db->pucsxdir())
+                                          : (model ? db->ucsydir() : db->pucsydir());
+            rb.resval.rpoint[0] = v.x;
+            rb.resval.rpoint[1] = v.y;
+            rb.resval.rpoint[2] = v.z;
+            return true;
+        };
+    };
+    m_variables.Define(L"UCSORG", Variable{RT3DPOINT, true, 0, 0, ucs(0), nullptr});
+    m_variables.Define(L"UCSXDIR", Variable{RT3DPOINT, true, 0, 0, ucs(1), nullptr});
+    m_variables.Define(L"UCSYDIR", Variable{RT3DPOINT, true, 0, 0, ucs(2), nullptr});
+    m_variables.Define(L"WORLDUCS", Variable{RTSHORT, true, 0, 1,
+                                             [working](resbuf& rb) {
+                                                 AcDbDatabase* db = working();
+                                                 if (!db) return false;
+                                                 bool model = db->tilemode();
+                                                 bool world = (model ? db->ucsorg() : db->pucsorg()) == AcGePoint3d::kOrigin &&
+                                                              (model ? db->ucsxdir() : db->pucsxdir()) == AcGeVector3d::kXAxis &&
+                                                              (model ? db->ucsydir() : db->pucsydir()) == AcGeVector3d::kYAxis;
+                                                 rb.resval.rint = world ? 1 : 0;
+                                                 return true;
+                                             },
+                                             nullptr});
+    // The folder of the drawing's file, with its closing separator.
+    m_variables.Define(L"DWGPREFIX", Variable{RTSTR, true, 0, 0,
+                                              [this](resbuf& rb) {
+                                                  Document* document = m_documents->Current();
+                                                  std::wstring folder;
+                                                  if (document && *document->fileName()) {
+                                                      std::filesystem::path path(ToUtf8(document->fileName()));
+                                                      folder = FromUtf8(path.parent_path().string());
+                                                      if (!folder.empty() && folder.back() != L'/') folder += L'/';
+                                                  }
+                                                  rb.resval.rstring = NewText(folder);
+                                                  return rb.resval.rstring != nullptr;
+                                              },
+                                              nullptr});
 }
 
 }  // namespace cadhost

@@ -57,13 +57,24 @@ public:
 
     // A new empty drawing replaces the current one.
     void NewDrawing();
+    // The viewport of the current layout's sheet being worked in (its
+    // number), or 0 for the sheet itself (CVPORT).
+    short currentViewport() const { return m_viewport; }
+    // A drawing read from a DXF file replaces the current one; on failure
+    // the current one stays and error says why, naming the file.
+    bool OpenDrawing(const std::filesystem::path& path, std::wstring& error);
+    // Writes the current drawing as DXF; the document takes the new name.
+    bool SaveDrawing(const std::filesystem::path& path, std::wstring& error);
 
 private:
     void DefineCommands();
     void DefineVariables();
     void ConnectModules();
+    void ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName);
+    void DefineDrawingVariables();
 
     std::filesystem::path m_moduleFolder;
+    short m_viewport = 0;
     CommandLine m_commandLine;
     SystemRegistry m_sysRegistry;
     CommandStack m_commands;

@@ -2,6 +2,8 @@
 #include <dbdict.h>
 #include <dbsymtb.h>
 
+#include <cmath>
+
 #include "db/DatabaseImpl.h"
 
 ACRX_DEFINE_MEMBERS(AcDbDatabase, AcRxObject)
@@ -160,9 +162,51 @@ int acdbRegApp(const ACHAR* appName) {
         if (table->add(record) != Acad::eOk) {
             delete record;
             result = RTERROR;
+        } else {
+            record->close();
         }
     }
     table->close();
     return result;
 }
 }
+
+bool AcDbDatabase::tilemode() const { return m_impl->currentSpace.isNull() || m_impl->currentSpace == m_impl->modelSpace; }
+
+Acad::ErrorStatus AcDbDatabase::setTilemode(bool modelSpace) {
+    AcDbObjectId space = modelSpace ? m_impl->modelSpace : m_impl->paperSpace;
+    if (space.isNull()) return Acad::eNotApplicable;
+    m_impl->currentSpace = space;
+    return Acad::eOk;
+}
+
+AcGePoint3d AcDbDatabase::ucsorg() const { return m_impl->ucs.origin; }
+AcGeVector3d AcDbDatabase::ucsxdir() const { return m_impl->ucs.xAxis; }
+AcGeVector3d AcDbDatabase::ucsydir() const { return m_impl->ucs.yAxis; }
+AcGePoint3d AcDbDatabase::pucsorg() const { return m_impl->pucs.origin; }
+AcGeVector3d AcDbDatabase::pucsxdir() const { return m_impl->pucs.xAxis; }
+AcGeVector3d AcDbDatabase::pucsydir() const { return m_impl->pucs.yAxis; }
+
+namespace {
+Acad::ErrorStatus SetSystem(cadhost::UserCoordinates& ucs, const AcGePoint3d& origin, const AcGeVector3d& xAxis,
+                            const AcGeVector3d& yAxis) {
+    if (xAxis.isZeroLength() || yAxis.isZeroLength()) return Acad::eInvalidInput;
+    if (std::fabs(xAxis.normal().dotProduct(yAxis.normal())) > 1e-9) return Acad::eInvalidInput;
+    ucs.origin = origin;
+    ucs.xAxis = xAxis.normal();
+    ucs.yAxis = yAxis.normal();
+    return Acad::eOk;
+}
+}  // namespace
+
+Acad::ErrorStatus AcDbDatabase::setUcs(const AcGePoint3d& origin, const AcGeVector3d& xAxis,
+                                       const AcGeVector3d& yAxis) {
+    return SetSystem(m_impl->ucs, origin, xAxis, yAxis);
+}
+
+Acad::ErrorStatus AcDbDatabase::setPucs(const AcGePoint3d& origin, const AcGeVector3d& xAxis,
+                                        const AcGeVector3d& yAxis) {
+    return SetSystem(m_impl->pucs, origin, xAxis, yAxis);
+}
+
+Adesk::Int32 AcDbDatabase::approxNumObjects() const { return static_cast<Adesk::Int32>(m_impl->ObjectCount()); }

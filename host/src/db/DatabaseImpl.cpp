@@ -2,9 +2,12 @@
 
 #include <adslib.h>
 
+#include "db/DynamicBlocks.h"
 #include "db/ObjectExtras.h"
 
 namespace cadhost {
+
+ObjectExtras::ObjectExtras() = default;
 
 ObjectExtras::~ObjectExtras() {
     if (xdata) acutRelRb(xdata);
@@ -21,6 +24,8 @@ void DatabaseImpl::Clear() {
     }
     m_stubs.clear();
     m_byHandle.clear();
+    m_objectOrder.clear();
+    m_unnamed.clear();
     m_handSeed = 1;
     blockTable = layerTable = regAppTable = namedObjects = AcDbObjectId();
     modelSpace = paperSpace = currentSpace = clayer = AcDbObjectId();
@@ -53,8 +58,66 @@ Acad::ErrorStatus DatabaseImpl::Add(AcDbObjectId& id, AcDbObject* object, Adesk:
     if (stub->object) return Acad::eDuplicateKey;
     stub->object = object;
     object->m_stub = stub;
+    // As on the platform, whoever adds an object holds it open for write
+    // until closing it.
+    object->m_writer = true;
+    object->m_readers = 0;
     id = AcDbObjectId(stub);
+    if (!object->isKindOf(AcDbEntity::desc())) m_objectOrder.push_back(id);
     return Acad::eOk;
+}
+
+Acad::ErrorStatus DatabaseImpl::AddUnnamed(AcDbObjectId& id, AcDbObject* object) {
+    if (!object) return Acad::eNullObjectPointer;
+    if (object->m_stub) return Acad::eAlreadyInDb;
+    AcDbStub& stub = m_stubs.emplace_back();
+    stub.database = this;
+    stub.object = object;
+    object->m_stub = &stub;
+    object->m_writer = true;
+    object->m_readers = 0;
+    m_unnamed.push_back(&stub);
+    id = AcDbObjectId(&stub);
+    if (!object->isKindOf(AcDbEntity::desc())) m_objectOrder.push_back(id);
+    return Acad::eOk;
+}
+
+void DatabaseImpl::NameUnnamed() {
+    for (AcDbStub* stub : m_unnamed) {
+        while (m_byHandle.count(m_handSeed)) ++m_handSeed;
+        stub->handle = m_handSeed++;
+        m_byHandle.emplace(stub->handle, stub);
+    }
+    m_unnamed.clear();
+}
+
+void DatabaseImpl::TakeFrom(DatabaseImpl& other) {
+    Clear();
+    m_stubs = std::move(other.m_stubs);
+    m_byHandle = std::move(other.m_byHandle);
+    m_objectOrder = std::move(other.m_objectOrder);
+    m_unnamed = std::move(other.m_unnamed);
+    m_handSeed = other.m_handSeed;
+    for (AcDbStub& stub : m_stubs) stub.database = this;
+    blockTable = other.blockTable;
+    layerTable = other.layerTable;
+    regAppTable = other.regAppTable;
+    namedObjects = other.namedObjects;
+    modelSpace = other.modelSpace;
+    paperSpace = other.paperSpace;
+    currentSpace = other.currentSpace;
+    clayer = other.clayer;
+    lunits = other.lunits;
+    luprec = other.luprec;
+    dimzin = other.dimzin;
+    ucs = other.ucs;
+    pucs = other.pucs;
+    fileName = std::move(other.fileName);
+    file = std::move(other.file);
+    other.m_stubs.clear();
+    other.m_byHandle.clear();
+    other.m_objectOrder.clear();
+    other.Clear();
 }
 
 namespace {
@@ -63,6 +126,7 @@ AcDbObjectId AddOwned(DatabaseImpl& db, T* object, AcDbObjectId owner) {
     AcDbObjectId id;
     db.Add(id, object);
     object->setOwnerId(owner);
+    object->close();
     return id;
 }
 
@@ -73,7 +137,8 @@ AcDbObjectId AddRecord(DatabaseImpl& db, AcDbObjectId tableId, const wchar_t* na
     AcDbSymbolTable* table = nullptr;
     AcDbObjectId id;
     if (acdbOpenObject(table, tableId, AcDb::kForWrite) == Acad::eOk) {
-        table->add(id, record);
+        if (table->add(id, record) == Acad::eOk) record->close();
+        else delete record;
         table->close();
     } else {
         delete record;
@@ -82,7 +147,16 @@ AcDbObjectId AddRecord(DatabaseImpl& db, AcDbObjectId tableId, const wchar_t* na
 }
 }  // namespace
 
+bool BuildFromTemplate(AcDbDatabase& database);
+
 void DatabaseImpl::BuildDefaultDrawing() {
+    // The host's template drawing; should it ever fail to read, the bare
+    // minimum is built instead.
+    if (BuildFromTemplate(m_owner)) return;
+    BuildMinimalDrawing();
+}
+
+void DatabaseImpl::BuildMinimalDrawing() {
     namedObjects = AddOwned(*this, new AcDbDictionary, AcDbObjectId());
     blockTable = AddOwned(*this, new AcDbBlockTable, AcDbObjectId());
     layerTable = AddOwned(*this, new AcDbLayerTable, AcDbObjectId());

@@ -6,12 +6,21 @@
 #include <dbsymtb.h>
 
 #include <deque>
+#include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
+#include "db/FileState.h"
 #include "db/Stub.h"
 
 namespace cadhost {
+
+struct UserCoordinates {
+    AcGePoint3d origin;
+    AcGeVector3d xAxis = AcGeVector3d::kXAxis;
+    AcGeVector3d yAxis = AcGeVector3d::kYAxis;
+};
 
 class DatabaseImpl {
 public:
@@ -27,13 +36,25 @@ public:
     AcDbStub* Find(Adesk::UInt64 handle) const;
     // Puts an object that no database holds under a stub of its own.
     Acad::ErrorStatus Add(AcDbObjectId& id, AcDbObject* object, Adesk::UInt64 handle = 0);
+    // The next handle that no object has taken.
     Adesk::UInt64 HandSeed() const { return m_handSeed; }
     size_t ObjectCount() const { return m_byHandle.size(); }
+    // Objects that are no entities, in the order they were added: what
+    // files write in their OBJECTS section.
+    const std::vector<AcDbObjectId>& ObjectOrder() const { return m_objectOrder; }
+    // Adds an object without a handle yet (what a file gave none);
+    // NameUnnamed then gives each such object the next free handle.
+    Acad::ErrorStatus AddUnnamed(AcDbObjectId& id, AcDbObject* object);
+    void NameUnnamed();
 
     // Builds model space, one paper space, layer "0", the registered
     // application "ACAD" and the named object dictionary.
     void BuildDefaultDrawing();
+    void BuildMinimalDrawing();
     void Clear();
+    // Takes everything of another database, which is left empty; ids of its
+    // objects stay valid and now name objects of this one.
+    void TakeFrom(DatabaseImpl& other);
 
     static Acad::ErrorStatus Open(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode, bool openErased,
                                   const AcRxClass* rxClass);
@@ -41,6 +62,8 @@ public:
     static Acad::ErrorStatus UpgradeOpen(AcDbObject* object);
     static Acad::ErrorStatus DowngradeOpen(AcDbObject* object);
     static AcDbStub* StubOf(const AcDbObject* object) { return object->m_stub; }
+    // The object behind an id without opening it (for the host's walks).
+    static AcDbObject* Peek(AcDbObjectId id) { return id.stub() ? id.stub()->object : nullptr; }
 
     // Table and dictionary ids.
     AcDbObjectId blockTable, layerTable, regAppTable, namedObjects;
@@ -50,12 +73,20 @@ public:
     Adesk::Int16 lunits = 2;
     Adesk::Int16 luprec = 4;
     Adesk::Int16 dimzin = 0;
+    UserCoordinates ucs, pucs;
     std::wstring fileName;
+    // What the file held besides its objects; a new drawing has the state of
+    // the host's template.
+    FileState file;
+    // Why the last read or write failed, naming file and line.
+    std::wstring lastError;
 
 private:
     AcDbDatabase& m_owner;
     std::deque<AcDbStub> m_stubs;
     std::unordered_map<Adesk::UInt64, AcDbStub*> m_byHandle;
+    std::vector<AcDbObjectId> m_objectOrder;
+    std::vector<AcDbStub*> m_unnamed;
     Adesk::UInt64 m_handSeed = 1;
 };
 

@@ -3,23 +3,30 @@
 #include <tchar.h>
 
 #include <algorithm>
+#include <cwchar>
 
 #include "db/DatabaseImpl.h"
 
-ACRX_DEFINE_MEMBERS(AcDbDictionary, AcDbObject)
+ACRX_DXF_DEFINE_MEMBERS(AcDbDictionary, AcDbObject, L"DICTIONARY")
 
 AcDbDictionary::~AcDbDictionary() = default;
 
-std::vector<std::pair<std::wstring, AcDbObjectId>>::const_iterator AcDbDictionary::find(const ACHAR* name) const {
+std::vector<AcDbDictionary::Entry>::const_iterator AcDbDictionary::find(const ACHAR* name) const {
     if (!name) return m_entries.end();
-    return std::find_if(m_entries.begin(), m_entries.end(),
-                        [name](const auto& entry) { return _wcsicmp(entry.first.c_str(), name) == 0; });
+    // A live entry wins over an erased one of the same name.
+    auto erased = m_entries.end();
+    for (auto it = m_entries.begin(); it != m_entries.end(); ++it) {
+        if (_wcsicmp(it->name.c_str(), name) != 0) continue;
+        if (!it->id.isErased()) return it;
+        if (erased == m_entries.end()) erased = it;
+    }
+    return erased;
 }
 
 Acad::ErrorStatus AcDbDictionary::getAt(const ACHAR* name, AcDbObjectId& id) const {
     auto it = find(name);
-    if (it == m_entries.end() || it->second.isErased()) return Acad::eKeyNotFound;
-    id = it->second;
+    if (it == m_entries.end() || it->id.isErased()) return Acad::eKeyNotFound;
+    id = it->id;
     return Acad::eOk;
 }
 
@@ -37,7 +44,17 @@ bool AcDbDictionary::has(const ACHAR* name) const {
 }
 
 bool AcDbDictionary::has(AcDbObjectId id) const {
-    return std::any_of(m_entries.begin(), m_entries.end(), [id](const auto& entry) { return entry.second == id; });
+    return std::any_of(m_entries.begin(), m_entries.end(), [id](const Entry& entry) { return entry.id == id; });
+}
+
+Acad::ErrorStatus AcDbDictionary::nameAt(AcDbObjectId id, ACHAR*& name) const {
+    for (const Entry& entry : m_entries) {
+        if (entry.id != id) continue;
+        name = new ACHAR[entry.name.size() + 1];
+        std::wmemcpy(name, entry.name.c_str(), entry.name.size() + 1);
+        return Acad::eOk;
+    }
+    return Acad::eKeyNotFound;
 }
 
 Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* name, AcDbObject* object, AcDbObjectId& id) {
@@ -55,9 +72,9 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* name, AcDbObject* object, A
     object->setOwnerId(objectId());
     auto it = find(name);
     if (it != m_entries.end()) {
-        m_entries[static_cast<size_t>(it - m_entries.begin())].second = id;
+        m_entries[static_cast<size_t>(it - m_entries.begin())].id = id;
     } else {
-        m_entries.emplace_back(name, id);
+        m_entries.push_back(Entry{name, id, true});
     }
     return Acad::eOk;
 }
@@ -71,7 +88,7 @@ Acad::ErrorStatus AcDbDictionary::remove(const ACHAR* name, AcDbObjectId& id) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     auto it = find(name);
     if (it == m_entries.end()) return Acad::eKeyNotFound;
-    id = it->second;
+    id = it->id;
     m_entries.erase(it);
     return Acad::eOk;
 }

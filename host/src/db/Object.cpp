@@ -91,11 +91,67 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
         return es;
     }
     dictionary->setOwnerId(objectId());
+    dictionary->close();
     mutableExtras().extensionDictionary = id;
     return Acad::eOk;
 }
 
+AcDbExtents::AcDbExtents()
+    : m_min(1e300, 1e300, 1e300), m_max(-1e300, -1e300, -1e300) {}
+
+AcDbExtents::AcDbExtents(const AcGePoint3d& minPoint, const AcGePoint3d& maxPoint) : AcDbExtents() {
+    addPoint(minPoint);
+    addPoint(maxPoint);
+}
+
+Acad::ErrorStatus AcDbExtents::set(const AcGePoint3d& minPoint, const AcGePoint3d& maxPoint) {
+    if (minPoint.x > maxPoint.x || minPoint.y > maxPoint.y || minPoint.z > maxPoint.z) return Acad::eInvalidExtents;
+    m_min = minPoint;
+    m_max = maxPoint;
+    return Acad::eOk;
+}
+
+void AcDbExtents::addPoint(const AcGePoint3d& p) {
+    for (unsigned i = 0; i < 3; ++i) {
+        if (p[i] < m_min[i]) m_min[i] = p[i];
+        if (p[i] > m_max[i]) m_max[i] = p[i];
+    }
+}
+
+void AcDbExtents::addExt(const AcDbExtents& other) {
+    if (other.isEmpty()) return;
+    addPoint(other.m_min);
+    addPoint(other.m_max);
+}
+
+void AcDbExtents::expandBy(const AcGeVector3d& v) {
+    if (isEmpty()) return;
+    addPoint(m_min + v);
+    addPoint(m_max + v);
+}
+
+Acad::ErrorStatus AcDbExtents::transformBy(const AcGeMatrix3d& matrix) {
+    if (isEmpty()) return Acad::eOk;
+    AcGePoint3d lo = m_min, hi = m_max;
+    *this = AcDbExtents();
+    for (int corner = 0; corner < 8; ++corner) {
+        AcGePoint3d p((corner & 1) ? hi.x : lo.x, (corner & 2) ? hi.y : lo.y, (corner & 4) ? hi.z : lo.z);
+        addPoint(matrix * p);
+    }
+    return Acad::eOk;
+}
+
 AcDbEntity::~AcDbEntity() = default;
+
+Acad::ErrorStatus AcDbEntity::getGeomExtents(AcDbExtents& extents) const {
+    AcDbExtents found;
+    addExtentsTo(found, AcGeMatrix3d::kIdentity);
+    if (found.isEmpty()) return Acad::eNullExtents;
+    extents = found;
+    return Acad::eOk;
+}
+
+void AcDbEntity::addExtentsTo(AcDbExtents&, const AcGeMatrix3d&, int) const {}
 
 ACHAR* AcDbEntity::layer() const {
     std::wstring name;

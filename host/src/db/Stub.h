@@ -13,4 +13,5 @@ struct AcDbStub {
     cadhost::DatabaseImpl* database = nullptr;
     Adesk::UInt64 handle = 0;
     bool erased = false;
+    bool fromFile = false;  // read from a drawing file, not made in this session
 };

@@ -5,17 +5,23 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <cwctype>
+#include <unordered_set>
 
+#include <dbents.h>
+#include <dbtable.h>
+
+#include "db/CaseFold.h"
 #include "db/DatabaseImpl.h"
 
 ACRX_DEFINE_MEMBERS(AcDbSymbolTableRecord, AcDbObject)
 ACRX_DEFINE_MEMBERS(AcDbSymbolTable, AcDbObject)
-ACRX_DEFINE_MEMBERS(AcDbBlockTable, AcDbSymbolTable)
-ACRX_DEFINE_MEMBERS(AcDbLayerTable, AcDbSymbolTable)
-ACRX_DEFINE_MEMBERS(AcDbRegAppTable, AcDbSymbolTable)
-ACRX_DEFINE_MEMBERS(AcDbBlockTableRecord, AcDbSymbolTableRecord)
-ACRX_DEFINE_MEMBERS(AcDbLayerTableRecord, AcDbSymbolTableRecord)
-ACRX_DEFINE_MEMBERS(AcDbRegAppTableRecord, AcDbSymbolTableRecord)
+ACRX_DXF_DEFINE_MEMBERS(AcDbBlockTable, AcDbSymbolTable, L"TABLE")
+ACRX_DXF_DEFINE_MEMBERS(AcDbLayerTable, AcDbSymbolTable, L"TABLE")
+ACRX_DXF_DEFINE_MEMBERS(AcDbRegAppTable, AcDbSymbolTable, L"TABLE")
+ACRX_DXF_DEFINE_MEMBERS(AcDbBlockTableRecord, AcDbSymbolTableRecord, L"BLOCK_RECORD")
+ACRX_DXF_DEFINE_MEMBERS(AcDbLayerTableRecord, AcDbSymbolTableRecord, L"LAYER")
+ACRX_DXF_DEFINE_MEMBERS(AcDbRegAppTableRecord, AcDbSymbolTableRecord, L"APPID")
 
 AcDbSymbolTableRecord::~AcDbSymbolTableRecord() = default;
 
@@ -32,25 +38,56 @@ Acad::ErrorStatus AcDbSymbolTableRecord::getName(ACHAR*& name) const {
 
 Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    if (!name) return Acad::eInvalidInput;
+    if (!name || !*name) return Acad::eInvalidInput;
+    // A record in a table keeps the table's index in step.
+    auto* table = AcDbSymbolTable::cast(cadhost::DatabaseImpl::Peek(ownerId()));
+    if (table && table->has(objectId())) {
+        AcDbObjectId other;
+        if (table->getAt(name, other) == Acad::eOk && other != objectId()) return Acad::eDuplicateRecordName;
+        table->noteRename(objectId(), m_name, name);
+    }
     m_name = name;
     return Acad::eOk;
 }
 
 AcDbSymbolTable::~AcDbSymbolTable() = default;
 
+std::wstring AcDbSymbolTable::IndexKey(const std::wstring& name) {
+    std::wstring key = name;
+    for (wchar_t& c : key) c = cadhost::UpperLetter(c);
+    return key;
+}
+
+void AcDbSymbolTable::adoptRecord(AcDbObjectId id, const std::wstring& name) {
+    m_records.push_back(id);
+    m_index[IndexKey(name)].push_back(id);
+}
+
+void AcDbSymbolTable::noteRename(AcDbObjectId id, const std::wstring& oldName, const std::wstring& newName) {
+    auto it = m_index.find(IndexKey(oldName));
+    if (it != m_index.end()) {
+        std::erase(it->second, id);
+        if (it->second.empty()) m_index.erase(it);
+    }
+    m_index[IndexKey(newName)].push_back(id);
+}
+
 Acad::ErrorStatus AcDbSymbolTable::getAt(const ACHAR* name, AcDbObjectId& id, bool getErased) const {
     if (!name) return Acad::eInvalidInput;
-    // Records are few next to the entities of a drawing; tables are searched
-    // by name only on the user's demand.
-    for (AcDbObjectId recordId : m_records) {
-        if (!getErased && recordId.isErased()) continue;
-        AcDbStub* stub = recordId.stub();
-        auto* record = stub && stub->object ? AcDbSymbolTableRecord::cast(stub->object) : nullptr;
-        if (record && _wcsicmp(record->name().c_str(), name) == 0) {
+    auto it = m_index.find(IndexKey(name));
+    if (it == m_index.end()) return Acad::eKeyNotFound;
+    // A live record wins over an erased one of the same name.
+    AcDbObjectId erased;
+    for (AcDbObjectId recordId : it->second) {
+        if (!recordId.isErased()) {
             id = recordId;
             return Acad::eOk;
         }
+        if (erased.isNull()) erased = recordId;
+    }
+    if (getErased && !erased.isNull()) {
+        id = erased;
+        return Acad::eOk;
     }
     return Acad::eKeyNotFound;
 }
@@ -70,7 +107,8 @@ bool AcDbSymbolTable::has(const ACHAR* name) const {
 }
 
 bool AcDbSymbolTable::has(AcDbObjectId id) const {
-    return !id.isErased() && std::find(m_records.begin(), m_records.end(), id) != m_records.end();
+    AcDbObject* record = cadhost::DatabaseImpl::Peek(id);
+    return record && !id.isErased() && record->ownerId() == objectId() && AcDbSymbolTableRecord::cast(record);
 }
 
 Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& iterator, bool atBeginning,
@@ -94,7 +132,27 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     Acad::ErrorStatus es = stub->database->Add(id, record);
     if (es != Acad::eOk) return es;
     record->setOwnerId(objectId());
-    m_records.push_back(id);
+    adoptRecord(id, record->name());
+    // A block is carried in files by a begin and an end entity with handles
+    // of their own.
+    if (auto* block = AcDbBlockTableRecord::cast(record)) {
+        AcDbObjectId layerZero;
+        if (auto* layers = AcDbLayerTable::cast(cadhost::DatabaseImpl::Peek(stub->database->layerTable)))
+            layers->getAt(L"0", layerZero);
+        for (bool begin : {true, false}) {
+            AcDbEntity* marker = begin ? static_cast<AcDbEntity*>(new AcDbBlockBegin) : new AcDbBlockEnd;
+            AcDbObjectId markerId;
+            if (stub->database->Add(markerId, marker) != Acad::eOk) {
+                delete marker;
+                continue;
+            }
+            if (!layerZero.isNull()) marker->setLayer(layerZero);
+            marker->setOwnerId(id);
+            marker->close();
+            if (begin) block->setBlockBeginId(markerId);
+            else block->setBlockEndId(markerId);
+        }
+    }
     return Acad::eOk;
 }
 
@@ -168,10 +226,55 @@ bool AcDbBlockTableRecord::isLayout() const {
 
 bool AcDbBlockTableRecord::isAnonymous() const { return !name().empty() && name()[0] == L'*' && !isLayout(); }
 
+bool AcDbBlockTableRecord::hasAttributeDefinitions() const {
+    for (AcDbObjectId id : m_entities) {
+        AcDbObject* entity = cadhost::DatabaseImpl::Peek(id);
+        if (entity && !id.isErased() && AcDbAttributeDefinition::cast(entity)) return true;
+    }
+    return false;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecord::setOrigin(const AcGePoint3d& origin) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    m_origin = origin;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecord::pathName(const ACHAR*& path) const {
+    path = m_path.c_str();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecord::setPathName(const ACHAR* path) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    m_path = path ? path : L"";
+    return Acad::eOk;
+}
+
 Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbEntity* entity) {
     AcDbObjectId id;
     return appendAcDbEntity(id, entity);
 }
+
+namespace {
+// An anonymous block "*T<n>" that no block has taken.
+AcDbObjectId NewTableBlock(AcDbDatabase& db) {
+    AcDbBlockTable* blocks = nullptr;
+    if (db.getSymbolTable(blocks, AcDb::kForWrite) != Acad::eOk) return {};
+    AcDbObjectId id;
+    for (int n = 1; n < 1000000; ++n) {
+        std::wstring name = L"*T" + std::to_wstring(n);
+        if (blocks->has(name.c_str())) continue;
+        auto* record = new AcDbBlockTableRecord;
+        record->setName(name.c_str());
+        if (blocks->add(id, record) == Acad::eOk) record->close();
+        else delete record;
+        break;
+    }
+    blocks->close();
+    return id;
+}
+}  // namespace
 
 Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
@@ -186,6 +289,18 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbE
     if (es != Acad::eOk) return es;
     entity->setOwnerId(objectId());
     m_entities.push_back(id);
+    // A table draws itself in an anonymous block of its own.
+    if (auto* table = AcDbTable::cast(entity); table && table->blockTableRecord().isNull()) {
+        if (AcDbObjectId block = NewTableBlock(stub->database->owner()); !block.isNull()) table->setBlockIdOnly(block);
+    }
+    // A reference joins its block's index; its attributes join the database.
+    if (auto* reference = AcDbBlockReference::cast(entity)) {
+        if (auto* block = AcDbBlockTableRecord::cast(cadhost::DatabaseImpl::Peek(reference->blockTableRecord())))
+            block->noteReference(id);
+        for (AcDbObjectId attribute : reference->attributeIds()) {
+            if (AcDbObject* object = cadhost::DatabaseImpl::Peek(attribute)) object->setOwnerId(id);
+        }
+    }
     return Acad::eOk;
 }
 
@@ -197,29 +312,55 @@ Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator
 
 void AcDbBlockTableRecord::noteReference(AcDbObjectId referenceId) { m_references.push_back(referenceId); }
 
-void AcDbBlockTableRecord::forgetReference(AcDbObjectId referenceId) { std::erase(m_references, referenceId); }
+void AcDbBlockTableRecord::forgetReference(AcDbObjectId) { ++m_staleReferences; }
+
+namespace {
+// A reference in the index that still points at this block.
+bool PointsAt(AcDbObjectId reference, AcDbObjectId block) {
+    auto* object = AcDbBlockReference::cast(cadhost::DatabaseImpl::Peek(reference));
+    return object && object->blockTableRecord() == block;
+}
+}  // namespace
+
+void AcDbBlockTableRecord::compactReferences() const {
+    // Drops what points elsewhere now, and a reference that came back,
+    // noted twice, once; linear in the index, and only after a change.
+    std::unordered_set<AcDbStub*> seen;
+    std::vector<AcDbObjectId> kept;
+    kept.reserve(m_references.size());
+    for (AcDbObjectId id : m_references) {
+        if (PointsAt(id, objectId()) && seen.insert(id.stub()).second) kept.push_back(id);
+    }
+    m_references.swap(kept);
+    m_staleReferences = 0;
+}
 
 Acad::ErrorStatus AcDbBlockTableRecord::getBlockReferenceIds(AcDbObjectIdArray& ids, bool directOnly,
                                                              bool forceValidity) const {
+    if (m_staleReferences > 0) compactReferences();
+    std::unordered_set<AcDbStub*> listed;
     for (AcDbObjectId id : m_references) {
-        if (!id.isErased()) ids.append(id);
+        if (!id.isErased()) {
+            ids.append(id);
+            listed.insert(id.stub());
+        }
     }
     if (directOnly) return Acad::eOk;
     // Through nesting: the references to every block that holds one of ours.
     std::vector<AcDbObjectId> pending(m_references.begin(), m_references.end());
-    std::vector<AcDbObjectId> seenBlocks{objectId()};
+    std::unordered_set<AcDbStub*> seenBlocks{objectId().stub()};
     while (!pending.empty()) {
         AcDbObjectId reference = pending.back();
         pending.pop_back();
         if (reference.isErased() || !reference.stub()->object) continue;
         AcDbObjectId owner = reference.stub()->object->ownerId();
-        if (std::find(seenBlocks.begin(), seenBlocks.end(), owner) != seenBlocks.end()) continue;
-        seenBlocks.push_back(owner);
-        auto* block = owner.stub() && owner.stub()->object ? AcDbBlockTableRecord::cast(owner.stub()->object) : nullptr;
+        if (!seenBlocks.insert(owner.stub()).second) continue;
+        auto* block = AcDbBlockTableRecord::cast(cadhost::DatabaseImpl::Peek(owner));
         if (!block || block->isLayout()) continue;
+        if (block->m_staleReferences > 0) block->compactReferences();
         for (AcDbObjectId outer : block->m_references) {
             if (outer.isErased()) continue;
-            if (!ids.contains(outer)) ids.append(outer);
+            if (listed.insert(outer.stub()).second) ids.append(outer);
             pending.push_back(outer);
         }
     }

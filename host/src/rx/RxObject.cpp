@@ -13,7 +13,8 @@ AcRxClass* AcRxObject::isA() const { return AcRxObject::desc(); }
 
 bool AcRxObject::isKindOf(const AcRxClass* rxClass) const { return isA()->isDerivedFrom(rxClass); }
 
-AcRxClass::AcRxClass(const ACHAR* name, AcRxClass* parent) : m_name(name), m_parent(parent) {}
+AcRxClass::AcRxClass(const ACHAR* name, AcRxClass* parent, const ACHAR* dxfName)
+    : m_name(name), m_parent(parent), m_dxfName(dxfName) {}
 
 bool AcRxClass::isDerivedFrom(const AcRxClass* other) const {
     for (const AcRxClass* c = this; c; c = c->m_parent) {

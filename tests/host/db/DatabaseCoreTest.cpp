@@ -1,5 +1,6 @@
 #include <adslib.h>
 #include <dbdict.h>
+#include <dbents.h>
 #include <dbsymtb.h>
 
 #include "support/TestHost.h"
@@ -17,6 +18,7 @@ protected:
         record->setName(name);
         AcDbObjectId id;
         EXPECT_EQ(table->add(id, record), Acad::eOk);
+        record->close();  // a new object is open for write until its maker closes it
         table->close();
         return id;
     }
@@ -165,7 +167,9 @@ TEST_F(DatabaseCoreTest, ExtensionDictionariesBelongToTheirObject) {
     ASSERT_EQ(acdbOpenObject(dictionary, dictionaryId, AcDb::kForWrite), Acad::eOk);
     EXPECT_EQ(dictionary->ownerId(), id);
     AcDbObjectId entryId;
-    ASSERT_EQ(dictionary->setAt(L"ACAD_FIELD", new AcDbDictionary, entryId), Acad::eOk);
+    auto* entry = new AcDbDictionary;
+    ASSERT_EQ(dictionary->setAt(L"ACAD_FIELD", entry, entryId), Acad::eOk);
+    entry->close();
     EXPECT_TRUE(dictionary->has(L"acad_field"));
     EXPECT_EQ(dictionary->numEntries(), 1u);
     dictionary->close();
@@ -174,27 +178,23 @@ TEST_F(DatabaseCoreTest, ExtensionDictionariesBelongToTheirObject) {
 TEST_F(DatabaseCoreTest, ReferencesThroughNestedBlocks) {
     AcDbObjectId inner = AddBlock(L"INNER");
     AcDbObjectId outer = AddBlock(L"OUTER");
-    // Stand-in references: entities owned by a block that record the block
-    // they refer to, as a block reference does.
-    struct Ref : AcDbEntity {};
     AcDbBlockTableRecord* outerRecord = nullptr;
     ASSERT_EQ(acdbOpenObject(outerRecord, outer, AcDb::kForWrite), Acad::eOk);
     AcDbObjectId innerRef;
-    ASSERT_EQ(outerRecord->appendAcDbEntity(innerRef, new Ref), Acad::eOk);
+    auto* reference = new AcDbBlockReference(AcGePoint3d::kOrigin, inner);
+    ASSERT_EQ(outerRecord->appendAcDbEntity(innerRef, reference), Acad::eOk);
+    EXPECT_TRUE(reference->isWriteEnabled());  // still open for its maker
+    reference->close();
     outerRecord->close();
     AcDbBlockTableRecord* model = nullptr;
     ASSERT_EQ(acdbOpenObject(model, db()->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
     AcDbObjectId outerRef;
-    ASSERT_EQ(model->appendAcDbEntity(outerRef, new Ref), Acad::eOk);
+    reference = new AcDbBlockReference(AcGePoint3d::kOrigin, outer);
+    ASSERT_EQ(model->appendAcDbEntity(outerRef, reference), Acad::eOk);
+    reference->close();
     model->close();
-    AcDbBlockTableRecord* record = nullptr;
-    ASSERT_EQ(acdbOpenObject(record, inner, AcDb::kForWrite), Acad::eOk);
-    record->noteReference(innerRef);
-    record->close();
-    ASSERT_EQ(acdbOpenObject(record, outer, AcDb::kForWrite), Acad::eOk);
-    record->noteReference(outerRef);
-    record->close();
 
+    AcDbBlockTableRecord* record = nullptr;
     ASSERT_EQ(acdbOpenObject(record, inner, AcDb::kForRead), Acad::eOk);
     AcDbObjectIdArray direct, all;
     record->getBlockReferenceIds(direct);

@@ -1,0 +1,152 @@
+// Reading and writing the objects of a DXF file, class by class.
+//
+// Each class that the host models in files registers a ClassIo under its
+// DXF type name ("LINE", "MTEXT", "FIELD"). The reader hands it the groups
+// of one object, one at a time, after the groups every object shares
+// (handle, owner, extension dictionary, extended data, for entities the
+// layer); the class answers which it took. What it does not take is kept,
+// with its place, and written back there. The writer calls the class to
+// write its groups in their order; kept groups are merged in by the writer.
+//
+//     Use ReadField(AcDbObject& object, const Group& group, ObjectReader& in) {
+//         auto& field = static_cast<AcDbField&>(object);
+//         switch (group.code) {
+//         case 100: return group.value == "AcDbField" ? Use::kKnown : Use::kKept;
+//         case 1: field.setEvaluatorIdUtf8(in.Text(group)); return Use::kKnown;
+//         ...
+//         default: return Use::kKept;
+//         }
+//     }
+//     void WriteField(const AcDbObject& object, ObjectWriter& out) {
+//         out.Marker("AcDbField");
+//         out.Text(1, ...);
+//     }
+//     const bool registered = cadhost::dxf::RegisterClass({"FIELD", AcDbField::desc, [] { ... new AcDbField; },
+//                                                          ReadField, nullptr, WriteField, ...});
+#pragma once
+
+#include <dbmain.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace cadhost {
+class DatabaseImpl;
+struct FileState;
+}  // namespace cadhost
+
+namespace cadhost::dxf {
+
+// One group of a file: its code, its value as the file wrote it, and the
+// line of its code.
+struct Group {
+    int code = 0;
+    std::string_view value;
+    int line = 0;
+};
+
+// What a class did with a group: kept it (the reader keeps it for saving),
+// took it, or took it as the continuation of the group before (the Y and Z
+// of a point, the later parts of a long text), which counts as one.
+enum class Use { kKept, kKnown, kContinued };
+
+class ObjectReader;
+class ObjectWriter;
+
+struct ClassIo {
+    std::string_view dxfName;             // the type name in files
+    AcRxClass* (*rxClass)() = nullptr;    // the class written under that name
+    AcDbObject* (*create)() = nullptr;    // a new, empty object of the class
+    Use (*read)(AcDbObject& object, const Group& group, ObjectReader& in) = nullptr;
+    // After the object's last group: checks and derived values; may fail
+    // the file through in.Fail.
+    void (*finish)(AcDbObject& object, ObjectReader& in) = nullptr;
+    void (*write)(const AcDbObject& object, ObjectWriter& out) = nullptr;
+    // The class's record in the CLASSES section of files from 2000 on, for
+    // classes that files list there (empty for the built-in types).
+    std::string_view cppName;             // "AcDbField"
+    std::string_view appName;             // "ObjectDBX Classes"
+    int proxyFlags = 0;
+    bool isEntity = false;
+};
+
+// Registers a class; a later registration of the same name replaces the
+// earlier one. Answers true, so that a registration can initialise a
+// constant at load time.
+bool RegisterClass(const ClassIo& io);
+const ClassIo* FindClass(std::string_view dxfName);
+// The registration that writes an object of this class (the nearest
+// registered ancestor); null for classes files do not know.
+const ClassIo* FindClassOf(const AcRxClass* rxClass);
+
+// What a class's read function may ask while it reads one object.
+class ObjectReader {
+public:
+    virtual ~ObjectReader() = default;
+    // Values of the current group. A value that is not what its code
+    // promises fails the file, naming its line.
+    virtual double Real(const Group& group) = 0;
+    virtual long long Integer(const Group& group) = 0;
+    virtual std::string Text(const Group& group) = 0;  // as UTF-8
+    virtual AcDbObjectId Id(const Group& group) = 0;   // a handle reference; null for handle 0
+    // A text of the file's encoding as UTF-8 (for texts in several groups,
+    // joined before they are decoded).
+    virtual std::string Decode(std::string_view raw) = 0;
+    // The block of that name; a name no block has yet gets an empty block,
+    // which a later definition in the file fills.
+    virtual AcDbObjectId BlockByName(const std::string& utf8Name) = 0;
+    virtual AcDbDatabase& Database() = 0;
+    virtual const FileState& File() const = 0;
+    [[noreturn]] virtual void Fail(const Group& group, const std::string& why) = 0;
+    // Counts groups that the object does not have here but that its writer
+    // counts (an optional group it leaves out), so that kept groups after
+    // them keep their place when the object later gains one.
+    virtual void Skip(int slots) = 0;
+    // Values the class keeps for its finish function while one object is
+    // read (cleared before each object).
+    double scratch[8] = {};
+    int state = 0;
+    std::string text[2];
+    void Clear() {
+        for (double& d : scratch) d = 0;
+        state = 0;
+        text[0].clear();
+        text[1].clear();
+    }
+};
+
+// What a class's write function writes with. Every group it writes is one
+// of the groups its read function took, in the same order.
+class ObjectWriter {
+public:
+    virtual ~ObjectWriter() = default;
+    virtual void Marker(std::string_view subclass) = 0;  // 100, not in files before 2000
+    virtual void Integer(int code, long long value) = 0;
+    virtual void Real(int code, double value) = 0;
+    virtual void Text(int code, std::string_view utf8) = 0;
+    // A text of any length: leading chunks of 250 characters under
+    // chunkCode, the rest under code; counted as one group.
+    virtual void LongText(int chunkCode, int code, std::string_view utf8) = 0;
+    virtual void Point(int code, const AcGePoint3d& point) = 0;  // code, code+10, code+20 as one
+    virtual void Point2d(int code, double x, double y) = 0;
+    virtual void Vector(int code, const AcGeVector3d& vector) = 0;
+    virtual void Id(int code, AcDbObjectId id) = 0;
+    // A group that the file did not have: written without being counted,
+    // for what new objects need in files.
+    virtual void Extra(int code, std::string_view raw) = 0;
+    // Counts groups left out, as the reader's Skip did.
+    virtual void Skip(int slots) = 0;
+    // Whether the object came from the file being saved over (false for
+    // objects made in this session), and the file's release.
+    virtual bool FromFile() const = 0;
+    virtual const FileState& File() const = 0;
+    virtual bool R12() const = 0;
+};
+
+// Reading helpers for classes.
+inline bool IsMarker(const Group& group, std::string_view subclass) {
+    return group.code == 100 && group.value == subclass;
+}
+
+}  // namespace cadhost::dxf

@@ -1,0 +1,80 @@
+#include "dxf/GroupReader.h"
+
+#include <cstring>
+
+#include "dxf/Values.h"
+
+namespace cadhost::dxf {
+
+namespace {
+constexpr size_t kChunk = 1 << 20;
+}
+
+GroupReader::GroupReader(std::FILE* file) : m_file(file), m_buffer(kChunk) {}
+
+bool GroupReader::Fill() {
+    if (m_eof) return false;
+    // Keep what is left of the line being read at the front.
+    if (m_begin > 0) {
+        std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+        m_end -= m_begin;
+        m_begin = 0;
+    }
+    if (m_end == m_buffer.size()) m_buffer.resize(m_buffer.size() * 2);
+    size_t got = std::fread(m_buffer.data() + m_end, 1, m_buffer.size() - m_end, m_file);
+    if (got == 0) {
+        m_eof = true;
+        return false;
+    }
+    m_end += got;
+    return true;
+}
+
+bool GroupReader::ReadLine(std::string& line) {
+    for (;;) {
+        const char* start = m_buffer.data() + m_begin;
+        const void* newline = std::memchr(start, '\n', m_end - m_begin);
+        if (newline) {
+            size_t length = static_cast<const char*>(newline) - start;
+            line.assign(start, length);
+            m_begin += length + 1;
+            break;
+        }
+        if (!Fill()) {
+            if (m_begin == m_end) return false;
+            // The last line of the file, without a line break.
+            line.assign(m_buffer.data() + m_begin, m_end - m_begin);
+            m_begin = m_end;
+            break;
+        }
+    }
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    ++m_line;
+    return true;
+}
+
+bool GroupReader::Next(Group& group) {
+    if (m_pushedBack) {
+        m_pushedBack = false;
+        group = m_last;
+        return true;
+    }
+    if (!ReadLine(m_code)) return false;
+    int codeLine = m_line;
+    if (codeLine == 1 && m_code.rfind("\xEF\xBB\xBF", 0) == 0) m_code.erase(0, 3);  // a UTF-8 mark
+    long long code = 0;
+    if (!ParseInteger(m_code, code) || code < -32768 || code > 32767) {
+        std::string shown = m_code.size() > 40 ? m_code.substr(0, 40) + "..." : m_code;
+        for (char& c : shown)
+            if (static_cast<unsigned char>(c) < 0x20) c = '?';
+        throw FileError(codeLine, "a group code was expected, not \"" + shown + "\"");
+    }
+    if (!ReadLine(m_value)) throw FileError(codeLine, "the file ends after group code " + std::to_string(code) + ": it is cut short");
+    m_last.code = static_cast<int>(code);
+    m_last.value = m_value;
+    m_last.line = codeLine;
+    group = m_last;
+    return true;
+}
+
+}  // namespace cadhost::dxf

@@ -1,0 +1,173 @@
+// Files' groups of symbol tables, their records, and dictionaries.
+#include <dbdict.h>
+#include <dbsymtb.h>
+
+#include "core/Utf8.h"
+#include "db/DatabaseImpl.h"
+#include "dxf/DxfIo.h"
+
+namespace cadhost::dxf {
+namespace {
+
+enum : Adesk::UInt16 { kHad280 = 1 << 0, kHad62 = 1 << 1 };
+
+template <class T>
+AcDbObject* Make() {
+    return new T;
+}
+
+// TABLE: the name comes before the handle; the writer puts it there.
+
+Use ReadTable(AcDbObject&, const Group& g, ObjectReader&) {
+    if (g.code == 2 || IsMarker(g, "AcDbSymbolTable") || g.code == 70) return Use::kKnown;
+    return Use::kKept;
+}
+
+void WriteTable(const AcDbObject& object, ObjectWriter& out) {
+    auto& table = static_cast<const AcDbSymbolTable&>(object);
+    out.Marker("AcDbSymbolTable");
+    long long count = 0;
+    for (AcDbObjectId id : table.recordIds())
+        if (!id.isErased()) ++count;
+    out.Integer(70, count);
+}
+
+// Records: name and flags belong to every record; a layer adds its color,
+// whose sign tells whether it is off.
+
+Use ReadRecordPart(AcDbSymbolTableRecord& record, const Group& g, ObjectReader& in) {
+    if (IsMarker(g, "AcDbSymbolTableRecord")) return Use::kKnown;
+    if (g.code == 2) {
+        std::string name = in.Text(g);
+        if (name.empty()) in.Fail(g, "a table record needs a name");
+        // The name is filed in its table by the reader.
+        record.setName(FromUtf8(name).c_str());
+        return Use::kKnown;
+    }
+    return Use::kKept;
+}
+
+Use ReadLayer(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& layer = static_cast<AcDbLayerTableRecord&>(object);
+    if (IsMarker(g, "AcDbLayerTableRecord")) return Use::kKnown;
+    if (g.code == 70) {
+        layer.setRecordFlags(static_cast<Adesk::Int16>(in.Integer(g)));
+        return Use::kKnown;
+    }
+    if (g.code == 62) {
+        long long color = in.Integer(g);
+        object.setFileGroups(object.fileGroups() | kHad62);
+        layer.setIsOff(color < 0);
+        layer.setColorIndex(static_cast<Adesk::Int16>(color < 0 ? -color : color));
+        return Use::kKnown;
+    }
+    return ReadRecordPart(layer, g, in);
+}
+
+void WriteLayer(const AcDbObject& object, ObjectWriter& out) {
+    auto& layer = static_cast<const AcDbLayerTableRecord&>(object);
+    out.Marker("AcDbSymbolTableRecord");
+    out.Marker("AcDbLayerTableRecord");
+    out.Text(2, ToUtf8(layer.name()));
+    out.Integer(70, layer.recordFlags());
+    Adesk::Int16 color = layer.colorIndex() == 0 ? 7 : layer.colorIndex();
+    out.Integer(62, layer.isOff() ? -color : color);
+    if (!out.FromFile()) out.Extra(6, "Continuous");
+}
+
+Use ReadApp(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& app = static_cast<AcDbRegAppTableRecord&>(object);
+    if (IsMarker(g, "AcDbRegAppTableRecord")) return Use::kKnown;
+    if (g.code == 70) {
+        app.setRecordFlags(static_cast<Adesk::Int16>(in.Integer(g)));
+        return Use::kKnown;
+    }
+    return ReadRecordPart(app, g, in);
+}
+
+void WriteApp(const AcDbObject& object, ObjectWriter& out) {
+    auto& app = static_cast<const AcDbRegAppTableRecord&>(object);
+    out.Marker("AcDbSymbolTableRecord");
+    out.Marker("AcDbRegAppTableRecord");
+    out.Text(2, ToUtf8(app.name()));
+    out.Integer(70, app.recordFlags());
+}
+
+// A block record's flags, base point and path are on its BLOCK entity.
+Use ReadBlockRecord(AcDbObject& object, const Group& g, ObjectReader& in) {
+    if (IsMarker(g, "AcDbBlockTableRecord")) return Use::kKnown;
+    return ReadRecordPart(static_cast<AcDbBlockTableRecord&>(object), g, in);
+}
+
+void WriteBlockRecord(const AcDbObject& object, ObjectWriter& out) {
+    auto& block = static_cast<const AcDbBlockTableRecord&>(object);
+    out.Marker("AcDbSymbolTableRecord");
+    out.Marker("AcDbBlockTableRecord");
+    out.Text(2, ToUtf8(block.name()));
+    if (!out.FromFile()) {
+        out.Extra(340, "0");
+        out.Extra(70, "0");
+        out.Extra(280, "1");
+        out.Extra(281, "0");
+    }
+}
+
+// DICTIONARY: its entries are a name (3) and an owned (360) or referred
+// (350) object; text[0] holds the name of the entry being read.
+
+Use ReadDictionary(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& dictionary = static_cast<AcDbDictionary&>(object);
+    switch (g.code) {
+    case 100: return g.value == "AcDbDictionary" ? Use::kKnown : Use::kKept;
+    case 280:
+        object.setFileGroups(object.fileGroups() | kHad280);
+        dictionary.setTreatElementsAsHard(in.Integer(g) != 0);
+        return Use::kKnown;
+    case 3:
+        in.text[0] = in.Text(g);
+        in.state = 1;
+        return Use::kKnown;
+    case 350:
+    case 360: {
+        if (in.state != 1) return Use::kKept;
+        in.state = 0;
+        AcDbObjectId id = in.Id(g);
+        dictionary.adoptEntry(FromUtf8(in.text[0]), id, g.code == 360);
+        return Use::kKnown;
+    }
+    default: return Use::kKept;
+    }
+}
+
+void WriteDictionary(const AcDbObject& object, ObjectWriter& out) {
+    auto& dictionary = static_cast<const AcDbDictionary&>(object);
+    out.Marker("AcDbDictionary");
+    if ((object.fileGroups() & kHad280) || dictionary.isTreatElementsAsHard())
+        out.Integer(280, dictionary.isTreatElementsAsHard() ? 1 : 0);
+    if (!out.FromFile()) out.Extra(281, "1");
+    for (const AcDbDictionary::Entry& entry : dictionary.entries()) {
+        // An erased entry goes with its object; its places stay counted.
+        if (entry.id.isNull() || entry.id.isErased() || !DatabaseImpl::Peek(entry.id)) {
+            out.Skip(2);
+            continue;
+        }
+        out.Text(3, ToUtf8(entry.name));
+        out.Id(entry.hardOwned ? 360 : 350, entry.id);
+    }
+}
+
+const bool registered = [] {
+    RegisterClass({"TABLE", AcDbSymbolTable::desc, nullptr, ReadTable, nullptr, WriteTable, {}, {}, 0, false});
+    RegisterClass({"LAYER", AcDbLayerTableRecord::desc, Make<AcDbLayerTableRecord>, ReadLayer, nullptr, WriteLayer,
+                   {}, {}, 0, false});
+    RegisterClass({"APPID", AcDbRegAppTableRecord::desc, Make<AcDbRegAppTableRecord>, ReadApp, nullptr, WriteApp, {},
+                   {}, 0, false});
+    RegisterClass({"BLOCK_RECORD", AcDbBlockTableRecord::desc, Make<AcDbBlockTableRecord>, ReadBlockRecord, nullptr,
+                   WriteBlockRecord, {}, {}, 0, false});
+    RegisterClass({"DICTIONARY", AcDbDictionary::desc, Make<AcDbDictionary>, ReadDictionary, nullptr,
+                   WriteDictionary, {}, {}, 0, false});
+    return true;
+}();
+
+}  // namespace
+}  // namespace cadhost::dxf

@@ -1,0 +1,140 @@
+// Files' groups of tables (ACAD_TABLE). The table is a block reference to
+// the anonymous block that draws it; after its own groups come the cells,
+// each starting with group 171, whose text is group 1 (after chunks in
+// group 2).
+#include <dbtable.h>
+
+#include "dxf/DxfIo.h"
+
+namespace cadhost::dxf {
+
+Use ReadBlockReferencePart(AcDbBlockReference& reference, const Group& g, ObjectReader& in);
+void FinishBlockReferencePart(AcDbBlockReference& reference, ObjectReader& in);
+void WriteBlockReferencePart(const AcDbBlockReference& reference, ObjectWriter& out);
+
+namespace {
+
+// state: 1 in the AcDbTable part, 2 among the cells, 4 inside a cell's
+// value block (300 CELL_VALUE ... 304 ACVALUE_END), 8 the cell's text
+// begun. scratch[3..5] the direction.
+constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16;
+
+Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& table = static_cast<AcDbTable&>(object);
+    if (g.code == 100) {
+        if (g.value == "AcDbTable") {
+            in.state |= kTablePart;
+            return Use::kKnown;
+        }
+        if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
+        return Use::kKept;
+    }
+    if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
+    if (!(in.state & kCells)) {
+        switch (g.code) {
+        case 11:
+        case 21:
+        case 31: {
+            int axis = (g.code - 11) / 10;
+            in.scratch[3 + axis] = in.Real(g);
+            in.scratch[7] = 1;
+            return axis == 0 ? Use::kKnown : Use::kContinued;
+        }
+        case 91:
+        case 92: {
+            long long count = in.Integer(g);
+            if (count < 0 || count > 100000) in.Fail(g, "a table cannot have " + std::to_string(count) + " rows or columns");
+            (g.code == 91 ? in.scratch[0] : in.scratch[1]) = static_cast<double>(count);
+            return Use::kKnown;
+        }
+        case 141: table.rowHeights().push_back(in.Real(g)); return Use::kKnown;
+        case 142: table.columnWidths().push_back(in.Real(g)); return Use::kKnown;
+        case 171: break;  // the first cell
+        default: return Use::kKept;
+        }
+    }
+    // Among the cells. Every cell has a place for its text, counted where a
+    // cell has none, so that a text given later lands in its own cell.
+    if (g.code == 171) {
+        if ((in.state & kCells) && !(in.state & kTextBegun)) in.Skip(1);
+        in.state = (in.state | kCells) & ~(kInValue | kTextBegun | kSlotCounted);
+        AcDbTable::Cell cell;
+        cell.type = static_cast<Adesk::Int16>(in.Integer(g));
+        table.cells().push_back(cell);
+        in.text[0].clear();
+        return Use::kKnown;
+    }
+    if (g.code == 300 && g.value == "CELL_VALUE") in.state |= kInValue;
+    if (g.code == 304 && g.value == "ACVALUE_END") {
+        in.state &= ~kInValue;
+        return Use::kKept;
+    }
+    // A cell's text stands before its style; a cell without one has its
+    // place counted there.
+    if ((g.code == 7 || g.code == 140 || g.code == 170) && !(in.state & kTextBegun)) {
+        in.Skip(1);
+        in.state |= kTextBegun | kSlotCounted;
+    }
+    if (in.state & kInValue) {
+        // The cell's value as it was last shown: its text when the cell has
+        // no text group of its own.
+        if (g.code == 302 && !table.cells().back().hasText) table.cells().back().text = in.Text(g);
+        return Use::kKept;
+    }
+    if (g.code == 2 || g.code == 1) {
+        AcDbTable::Cell& cell = table.cells().back();
+        bool first = !(in.state & kTextBegun);
+        if (in.state & kSlotCounted) first = false;  // after the style: its place was counted
+        in.state |= kTextBegun;
+        in.text[0].append(g.value);
+        if (g.code == 1) {
+            cell.text = in.Decode(in.text[0]);
+            cell.hasText = true;
+        }
+        return first ? Use::kKnown : Use::kContinued;
+    }
+    return Use::kKept;
+}
+
+void FinishTable(AcDbObject& object, ObjectReader& in) {
+    auto& table = static_cast<AcDbTable&>(object);
+    FinishBlockReferencePart(table, in);
+    if (in.scratch[7] != 0) {
+        AcGeVector3d direction(in.scratch[3], in.scratch[4], in.scratch[5]);
+        if (!direction.isZeroLength()) table.setDirection(direction);
+    }
+    // The counts rule over heights, widths and cells that are missing.
+    auto rows = static_cast<size_t>(in.scratch[0]), columns = static_cast<size_t>(in.scratch[1]);
+    if (rows > table.rowHeights().size()) table.rowHeights().resize(rows, 1.0);
+    if (columns > table.columnWidths().size()) table.columnWidths().resize(columns, 1.0);
+    size_t cells = table.rowHeights().size() * table.columnWidths().size();
+    if (table.cells().size() > cells) {
+        Group none;
+        in.Fail(none, "a table of " + std::to_string(table.rowHeights().size()) + " rows and " +
+                          std::to_string(table.columnWidths().size()) + " columns lists " +
+                          std::to_string(table.cells().size()) + " cells");
+    }
+}
+
+void WriteTable(const AcDbObject& object, ObjectWriter& out) {
+    auto& table = static_cast<const AcDbTable&>(object);
+    WriteBlockReferencePart(table, out);
+    out.Marker("AcDbTable");
+    out.Vector(11, table.direction());
+    out.Integer(91, table.numRows());
+    out.Integer(92, table.numColumns());
+    for (Adesk::UInt32 r = 0; r < table.numRows(); ++r) out.Real(141, table.rowHeight(static_cast<int>(r)));
+    for (Adesk::UInt32 c = 0; c < table.numColumns(); ++c) out.Real(142, table.columnWidth(static_cast<int>(c)));
+    for (const AcDbTable::Cell& cell : table.cells()) {
+        out.Integer(171, cell.type);
+        if (cell.hasText) out.LongText(2, 1, cell.text);
+        else out.Skip(1);
+    }
+}
+
+const bool registered = RegisterClass({"ACAD_TABLE", AcDbTable::desc, [] { return static_cast<AcDbObject*>(new AcDbTable); },
+                                       ReadTable, FinishTable, WriteTable, "AcDbTable", "ObjectDBX Classes", 1025,
+                                       true});
+
+}  // namespace
+}  // namespace cadhost::dxf

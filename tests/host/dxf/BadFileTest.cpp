@@ -1,0 +1,164 @@
+// Files that are no drawing, or broken drawings: a clear error naming the
+// file and, for a fault of the file, its line; the drawing that was open
+// stays as it was.
+#include <adslib.h>
+#include <dbents.h>
+#include <dbobjptr.h>
+
+#include "db/DatabaseImpl.h"
+#include "support/DxfGroups.h"
+#include "support/TestHost.h"
+
+namespace {
+
+// DXF text from groups, one code and one value a line.
+std::string Dxf(std::initializer_list<std::pair<int, std::string>> groups) {
+    std::string text;
+    for (const auto& [code, value] : groups) text += std::to_string(code) + "\n" + value + "\n";
+    return text;
+}
+
+const std::string kLine = Dxf({{0, "LINE"}, {8, "0"}, {10, "0"}, {20, "0"}, {11, "1"}, {21, "1"}});
+
+std::string Entities(const std::string& body) {
+    return Dxf({{0, "SECTION"}, {2, "ENTITIES"}}) + body + Dxf({{0, "ENDSEC"}, {0, "EOF"}});
+}
+
+class BadFileTest : public qmtest::HostTest {
+protected:
+    AcDbDatabase* db() { return acdbHostApplicationServices()->workingDatabase(); }
+
+    // A line in the drawing that is open before each bad file.
+    AcDbObjectId m_marker;
+    void SetUp() override {
+        qmtest::HostTest::SetUp();
+        AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId(), AcDb::kForWrite);
+        auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(3, 4, 0));
+        model->appendAcDbEntity(m_marker, line);
+        line->close();
+    }
+
+    std::filesystem::path Write(const std::string& name, const std::string& text) {
+        std::filesystem::path path = m_folder.path() / name;
+        qmtest::WriteText(path, text);
+        return path;
+    }
+};
+
+struct Case {
+    const char* name;
+    std::string text;
+    Acad::ErrorStatus status;
+    const char* message;  // what the message says after the file's name
+};
+
+TEST_F(BadFileTest, BrokenFilesGiveClearErrors) {
+    std::string full = qmtest::ReadText(qmtest::FixturePath("drawing_r2010.dxf"));
+    std::string withoutEof = full.substr(0, full.rfind("EOF"));
+    const Case cases[] = {
+        {"empty.dxf", "", Acad::eBadDxfFile, ": the file is empty"},
+        {"drawing.dwg", std::string("AC1032\0\0\0\0\0\x1f\x01\x02\x03", 15), Acad::eBadDxfFile,
+         ": the file is a binary drawing (DWG); only DXF files can be opened"},
+        {"binary.dxf", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION", 30), Acad::eBadDxfFile,
+         ": the file is a binary DXF; only ASCII DXF files can be opened"},
+        {"nul.dxf", std::string("0\nSECTION\n\0\0", 12), Acad::eBadDxfFile,
+         ": the file is not a DXF file (it holds binary data)"},
+        {"words.dxf", "hello world\nthis is no drawing\n", Acad::eBadDxfFile,
+         ": line 1: a group code was expected, not \"hello world\""},
+        {"cut.dxf", full.substr(0, full.size() / 2), Acad::eBadDxfFile, "cut short"},
+        {"no-eof.dxf", withoutEof.substr(0, withoutEof.rfind('\n', withoutEof.size() - 2) + 1), Acad::eBadDxfFile,
+         "the file ends without its end marker (0 EOF): it is cut short"},
+        {"no-value.dxf", "0\nSECTION\n2", Acad::eBadDxfFile, ": line 3: the file ends after group code 2: it is cut short"},
+        {"not-a-number.dxf", Entities(Dxf({{0, "CIRCLE"}, {8, "0"}, {10, "1"}, {20, "2"}, {40, "wide"}})),
+         Acad::eBadDxfFile, ": line 13: group 40 needs a number, not \"wide\""},
+        {"negative-radius.dxf", Entities(Dxf({{0, "CIRCLE"}, {8, "0"}, {40, "-2"}})), Acad::eBadDxfFile,
+         ": line 9: a radius cannot be negative"},
+        {"twice.dxf", Entities(Dxf({{0, "LINE"}, {5, "2A"}, {8, "0"}}) + Dxf({{0, "LINE"}, {5, "2a"}, {8, "0"}})),
+         Acad::eBadDxfFile, ": line 11: handle 2A of this LINE is used by an object before it"},
+        {"bad-handle.dxf", Entities(Dxf({{0, "LINE"}, {5, "XYZ"}, {8, "0"}})), Acad::eBadDxfFile,
+         ": line 7: a handle was expected, not \"XYZ\""},
+        {"no-section.dxf", Dxf({{0, "LINE"}, {8, "0"}}), Acad::eBadDxfFile,
+         ": line 1: a section was expected, not \"LINE\""},
+        {"no-endsec.dxf", Dxf({{0, "SECTION"}, {2, "ENTITIES"}}) + kLine + Dxf({{0, "EOF"}}), Acad::eBadDxfFile,
+         "the entities end without ENDSEC"},
+        {"no-endtab.dxf",
+         Dxf({{0, "SECTION"}, {2, "TABLES"}, {0, "TABLE"}, {2, "LAYER"}, {70, "1"}, {0, "LAYER"}, {2, "A"},
+              {70, "0"}, {62, "7"}, {0, "ENDSEC"}, {0, "EOF"}}),
+         Acad::eBadDxfFile, ": line 19: a table ends without ENDTAB"},
+        {"block-twice.dxf",
+         Dxf({{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {2, "B"}, {70, "0"}, {0, "ENDBLK"}, {0, "BLOCK"},
+              {2, "b"}, {70, "0"}, {0, "ENDBLK"}, {0, "ENDSEC"}, {0, "EOF"}}),
+         Acad::eBadDxfFile, ": line 13: the block b is defined twice"},
+        {"no-endblk.dxf",
+         Dxf({{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {2, "B"}, {0, "LINE"}, {8, "0"}, {0, "ENDSEC"},
+              {0, "EOF"}}),
+         Acad::eBadDxfFile, ": line 13: the block B ends without ENDBLK"},
+        {"nameless-block.dxf",
+         Dxf({{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {70, "0"}, {0, "ENDBLK"}, {0, "ENDSEC"}, {0, "EOF"}}),
+         Acad::eBadDxfFile, ": line 5: a block has no name"},
+        {"insert-without-block.dxf", Entities(Dxf({{0, "INSERT"}, {8, "0"}, {2, ""}})), Acad::eBadDxfFile,
+         ": line 9: a block reference needs a block name"},
+        {"table-cells.dxf",
+         Entities(Dxf({{0, "ACAD_TABLE"}, {8, "0"}, {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"},
+                       {91, "1"}, {92, "1"}, {141, "1"}, {142, "1"}, {171, "1"}, {1, "a"}, {171, "1"}, {1, "b"}})),
+         Acad::eBadDxfFile, "a table of 1 rows and 1 columns lists 2 cells"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::filesystem::path path = Write(c.name, c.text);
+        std::wstring error;
+        EXPECT_FALSE(host().OpenDrawing(path, error));
+        std::string message = cadhost::ToUtf8(error);
+        EXPECT_EQ(message.rfind(path.string(), 0), 0u) << message;  // the file's name first
+        EXPECT_NE(message.find(c.message), std::string::npos) << message;
+        // The open drawing is the one from before.
+        AcDbObjectPointer<AcDbLine> marker(m_marker);
+        EXPECT_EQ(marker.openStatus(), Acad::eOk);
+
+        AcDbDatabase fresh(false);
+        EXPECT_EQ(fresh.readDwgFile(cadhost::FromUtf8(path.string()).c_str()), c.status);
+        EXPECT_EQ(fresh.approxNumObjects(), 0);  // nothing half read is left
+    }
+}
+
+TEST_F(BadFileTest, MissingFilesAndFolders) {
+    std::wstring error;
+    std::filesystem::path missing = m_folder.path() / "nowhere.dxf";
+    EXPECT_FALSE(host().OpenDrawing(missing, error));
+    EXPECT_EQ(cadhost::ToUtf8(error), missing.string() + ": no such file");
+    AcDbDatabase fresh(false);
+    EXPECT_EQ(fresh.readDwgFile(cadhost::FromUtf8(missing.string()).c_str()), Acad::eFileNotFound);
+    EXPECT_EQ(fresh.readDwgFile(cadhost::FromUtf8(m_folder.path().string()).c_str()), Acad::eCantOpenFile);
+    EXPECT_EQ(fresh.readDwgFile(L""), Acad::eInvalidInput);
+    EXPECT_EQ(fresh.readDwgFile(nullptr), Acad::eInvalidInput);
+}
+
+TEST_F(BadFileTest, WhatTheHostCanReadOfOddFiles) {
+    // Only entities, no header: release 12 rules; a layer that no table
+    // defines is made; a section the host does not know is kept.
+    std::string text = Dxf({{999, "a comment"}, {0, "SECTION"}, {2, "ENTITIES"}}) +
+                       Dxf({{0, "LINE"}, {8, "Nowhere"}, {10, "1"}, {20, "2"}, {11, "4"}, {21, "6"}}) +
+                       Dxf({{0, "ENDSEC"}, {0, "SECTION"}, {2, "OWNDATA"}, {1, "kept"}, {90, "7"}, {0, "ENDSEC"},
+                            {0, "EOF"}});
+    std::filesystem::path path = Write("odd.dxf", text);
+    std::wstring error;
+    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
+    ASSERT_EQ(model->entityIds().size(), 1u);
+    AcDbObjectPointer<AcDbLine> line(model->entityIds()[0]);
+    ASSERT_EQ(line.openStatus(), Acad::eOk);
+    EXPECT_EQ(line->endPoint(), AcGePoint3d(4, 6, 0));
+    ACHAR* layer = line->layer();
+    EXPECT_STREQ(layer, L"Nowhere");
+    acutDelBuffer(layer);
+    line.close();
+    model.close();
+    std::filesystem::path saved = m_folder.path() / "odd.saved.dxf";
+    ASSERT_TRUE(host().SaveDrawing(saved, error)) << cadhost::ToUtf8(error);
+    std::string written = qmtest::ReadText(saved);
+    EXPECT_NE(written.find("OWNDATA\n  1\nkept\n 90\n7\n  0\nENDSEC"), std::string::npos);
+    EXPECT_NE(written.find("LAYER\n  5\n"), std::string::npos);  // the layer is in the file now
+    ASSERT_TRUE(host().OpenDrawing(saved, error)) << cadhost::ToUtf8(error);
+}
+
+}  // namespace
