@@ -144,7 +144,8 @@ TEST_F(UpdateCommandTest, ATableErasedFromTheFileShowsHashesAndIsReported) {
     EXPECT_EQ(differences.count(t.child), 1u);
     EXPECT_EQ(differences.count(t.textField), 1u);
     bool hashes = false;
-    for (const DxfGroup& group : qmtest::DxfObjectsByHandle(after).at(t.text))
+    auto objects = qmtest::DxfObjectsByHandle(after);
+    for (const DxfGroup& group : objects.at(t.text))
         if (group.code == 1 && group.value == "####") hashes = true;
     EXPECT_TRUE(hashes);
 }
