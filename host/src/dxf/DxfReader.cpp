@@ -324,20 +324,26 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             // host's; any other is kept whole.
             size_t end = i + 1;
             while (end < m_groups.size() && !(m_groups[end].code == 102 && At(end).value == "}")) ++end;
-            if (g.value == "{ACAD_XDICTIONARY" && end < m_groups.size()) {
+            if (end >= m_groups.size()) {
+                // Never closed: the group stands alone, and what follows is
+                // read as the object's own (kept whole, it would be written
+                // a second time beside the class's groups).
+                m_kept.Add(m_count, g.code, g.value);
+                continue;
+            }
+            if (g.value == "{ACAD_XDICTIONARY") {
                 for (size_t k = i + 1; k < end; ++k) {
                     Group inner = At(k);
                     if (inner.code == 360) object->mutableExtras().extensionDictionary = Id(inner);
                 }
                 m_count += static_cast<uint32_t>(end - i + 1);
             } else {
-                size_t stop = end < m_groups.size() ? end : m_groups.size() - 1;
-                for (size_t k = i; k <= stop; ++k) {
+                for (size_t k = i; k <= end; ++k) {
                     Group inner = At(k);
                     m_kept.Add(m_count, inner.code, inner.value);
                 }
             }
-            i = end < m_groups.size() ? end : m_groups.size();
+            i = end;
             continue;
         }
         if (!markerSeen && !handleSeen && g.code == handleCode) {

@@ -483,9 +483,9 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
             if (name == key) return flags;
         return 0;
     };
-    for (const auto& [key, value] : m.data) {
-        WriteText(out, 6, key);
-        WriteValue(out, itemFlags(key), L"", [&] { WriteValueBody(out, value); });
+    for (const auto& item : m.data) {
+        WriteText(out, 6, item.first);
+        WriteValue(out, itemFlags(item.first), L"", [&] { WriteValueBody(out, item.second); });
     }
     for (const auto* item : kept) {
         WriteText(out, 6, item->first);

@@ -310,6 +310,23 @@ TEST_F(FieldFileTest, BrokenFieldsFailTheFileWithTheirLineOrReadAsNoValue) {
     EXPECT_EQ(field->evaluationOption(), AcDbField::kAutomatic);
 }
 
+TEST_F(FieldFileTest, AnApplicationGroupLeftOpenDoesNotTakeTheFieldWithIt) {
+    // "102 {ACAD_REACTORS" without its "102 }": the field's own groups are
+    // still the field's, and saving twice gives the same file.
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("stale");
+    std::filesystem::path path = Edited("open.dxf", "102\n{ACAD_REACTORS\n330\n" + t.textField + "\n102\n}\n",
+                                        "102\n{ACAD_REACTORS\n330\n" + t.textField + "\n");
+    Open(path);
+    std::wstring described = DescribeField(Id(t.child));
+    EXPECT_EQ(described.find(L"evaluator TableCell\ncode \\TableCell Table(<"), 0u) << cadhost::ToUtf8(described);
+    EXPECT_NE(described.find(L"\nvalue old\n"), std::wstring::npos) << cadhost::ToUtf8(described);
+    std::filesystem::path first = Save("open_first.dxf");
+    Open(first);
+    std::filesystem::path second = Save("open_second.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    EXPECT_EQ(qmtest::CompareDxf(path, first), "");
+}
+
 TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
     qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"Made %<\\Probe x>% here");
     AcDbObjectId paper =
