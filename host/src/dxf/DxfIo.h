@@ -131,6 +131,9 @@ public:
     // The other order of long texts: the first 250 characters under
     // firstCode, the rest in chunks of 250 under restCode; counted as one.
     virtual void SplitText(int firstCode, int restCode, std::string_view utf8) = 0;
+    // A group as a file wrote it, counted or (as the continuation of the
+    // group before) not, for objects written back as they were read.
+    virtual void Raw(int code, std::string_view raw, bool counted) = 0;
     virtual void Point(int code, const AcGePoint3d& point) = 0;  // code, code+10, code+20 as one
     virtual void Point2d(int code, double x, double y) = 0;
     virtual void Vector(int code, const AcGeVector3d& vector) = 0;

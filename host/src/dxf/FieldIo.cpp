@@ -14,8 +14,11 @@
 #include <tchar.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include "core/Utf8.h"
 #include "db/FileState.h"
@@ -94,6 +97,11 @@ struct ReadState {
     std::vector<std::pair<int, std::string>> raw;
     std::string shown;  // raw
     std::optional<int> flags;
+
+    // Every group after the marker as the file wrote it, and whether it was
+    // counted; irregular when one of them is not where the form puts it.
+    std::vector<AcDbField::Impl::FileForm::RawGroup> raw_groups;
+    bool irregular = false;
 
     std::optional<std::string> cacheShown;  // the cached value's shown text
     std::optional<int> fileState;
@@ -236,18 +244,8 @@ Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
     }
 }
 
-Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& m = static_cast<AcDbField&>(object).impl();
+Use ReadFieldGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
     ReadState& r = g_read;
-    if (!(in.state & kStarted)) {
-        r = ReadState();
-        in.state |= kStarted;
-    }
-    if (r.part == ReadState::kBeforeMarker) {
-        if (!IsMarker(g, "AcDbField")) return Use::kKept;
-        r.part = ReadState::kHead;
-        return Use::kKnown;
-    }
     if (r.part == ReadState::kValue) {
         // Values before 2007 have no end marker: the next item ends them.
         bool next = g.code == 6 || g.code == 7 || g.code == 301 || g.code == 9 || g.code == 98;
@@ -313,6 +311,74 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     case 98: r.part = ReadState::kTail; return Use::kKnown;
     default: return Use::kKept;
     }
+}
+
+Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& m = static_cast<AcDbField&>(object).impl();
+    ReadState& r = g_read;
+    if (!(in.state & kStarted)) {
+        r = ReadState();
+        in.state |= kStarted;
+    }
+    if (r.part == ReadState::kBeforeMarker) {
+        if (!IsMarker(g, "AcDbField")) return Use::kKept;
+        r.part = ReadState::kHead;
+        return Use::kKnown;
+    }
+    // The field's own groups are all taken: those out of place make the
+    // field irregular, and it is written back as it came while unchanged.
+    Use use = ReadFieldGroup(m, g, in);
+    r.raw_groups.push_back({g.code, std::string(g.value), use != Use::kContinued});
+    if (use != Use::kKept) return use;
+    r.irregular = true;
+    return Use::kKnown;
+}
+
+// What the host holds of a field, as one text: a field whose fingerprint
+// is what it was when read has not changed since.
+void AddValue(std::wostringstream& out, const AcValue& value) {
+    out << L'\x1E' << value.dataType() << L':';
+    const ACHAR* text = nullptr;
+    Adesk::Int32 whole = 0;
+    double x = 0, y = 0, z = 0;
+    AcDbObjectId id;
+    if (value.get(text)) out << text;
+    else if (value.get(whole)) out << whole;
+    else if (value.get(x, y, z)) out << std::bit_cast<uint64_t>(x) << L',' << std::bit_cast<uint64_t>(y) << L',' << std::bit_cast<uint64_t>(z);
+    else if (value.get(x, y)) out << std::bit_cast<uint64_t>(x) << L',' << std::bit_cast<uint64_t>(y);
+    else if (value.get(x)) out << std::bit_cast<uint64_t>(x);
+    else if (value.get(id)) out << id.handle().value();
+}
+
+void AddKept(std::wostringstream& out, const AcDbField::Impl::FileValue& value) {
+    for (const auto& [code, text] : value.groups) out << L'\x1E' << code << L':' << FromUtf8(text);
+}
+
+std::wstring Fingerprint(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    std::wostringstream out;
+    const wchar_t separator = L'\x1F';
+    out << m.evaluatorId << separator << m.hasCode << m.unreadable << m.textField << separator << m.code << separator
+        << m.format << separator << m.option << L',' << m.filingOption << L',' << m.status << L',' << m.errorCode
+        << separator << m.errorMessage << separator;
+    for (const auto& child : m.children) out << (child.held ? 0 : child.id.handle().value()) << L',';
+    out << separator;
+    for (AcDbObjectId id : m.objectIds) out << id.handle().value() << L',';
+    out << separator;
+    if (m.value) AddValue(out, *m.value);
+    out << separator << (m.evaluatorText ? L"+" + *m.evaluatorText : L"-") << separator;
+    for (const auto& [key, value] : m.data) {
+        out << key;
+        AddValue(out, value);
+    }
+    out << separator;
+    for (const auto& [key, value] : m.fileData) {
+        out << key;
+        AddKept(out, value);
+    }
+    out << separator;
+    if (m.fileValue) AddKept(out, *m.fileValue);
+    return out.str();
 }
 
 // Whether every code inside the parsed code is the place of one of the
@@ -382,6 +448,10 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
     form.shownAtRead = m.status == AcDbField::kSuccess ? field.getValue() : L"";
     form.cacheFlags = r.cacheFlags;
     form.itemFlags = std::move(r.itemFlags);
+    if (r.irregular) {
+        form.raw = std::move(r.raw_groups);
+        form.fingerprint = Fingerprint(field);
+    }
     m.fileForm = std::move(form);
     r = ReadState();
 }
@@ -454,6 +524,10 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     auto& field = static_cast<const AcDbField&>(object);
     const AcDbField::Impl& m = field.impl();
     out.Marker("AcDbField");
+    if (m.fileForm && !m.fileForm->raw.empty() && Fingerprint(field) == m.fileForm->fingerprint) {
+        for (const auto& group : m.fileForm->raw) out.Raw(group.code, group.value, group.counted);
+        return;
+    }
     WriteText(out, 1, m.evaluatorId);
     out.SplitText(2, 3, CaretEncode(ToUtf8(m.hasCode ? m.code : std::wstring())));
     out.Integer(90, static_cast<long long>(m.children.size()));

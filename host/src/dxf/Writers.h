@@ -46,6 +46,10 @@ public:
     void Text(int code, std::string_view utf8) override;
     void LongText(int chunkCode, int code, std::string_view utf8) override;
     void SplitText(int firstCode, int restCode, std::string_view utf8) override;
+    void Raw(int code, std::string_view raw, bool counted) override {
+        if (counted) Known(code, raw);
+        else Continued(code, raw);
+    }
     void Point(int code, const AcGePoint3d& point) override;
     void Point2d(int code, double x, double y) override;
     void Vector(int code, const AcGeVector3d& vector) override;

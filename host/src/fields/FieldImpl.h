@@ -57,6 +57,16 @@ struct AcDbField::Impl {
         std::wstring shownAtRead;
         std::optional<int> cacheFlags;
         std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
+        // A field whose groups were not in the order files give them: its
+        // groups as they came, written so while the field is unchanged
+        // (its fingerprint the same).
+        struct RawGroup {
+            int code = 0;
+            std::string value;  // as the file wrote it
+            bool counted = true;
+        };
+        std::vector<RawGroup> raw;
+        std::wstring fingerprint;
     };
     std::optional<FileForm> fileForm;
 

@@ -18,6 +18,7 @@
 namespace {
 
 using qmtest::DescribeField;
+using qmtest::DxfGroup;
 using qmtest::FixturePath;
 using qmtest::HandleText;
 using qmtest::IdOfHandle;
@@ -325,6 +326,41 @@ TEST_F(FieldFileTest, AnApplicationGroupLeftOpenDoesNotTakeTheFieldWithIt) {
     std::filesystem::path second = Save("open_second.dxf");
     EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
     EXPECT_EQ(qmtest::CompareDxf(path, first), "");
+}
+
+TEST_F(FieldFileTest, AFieldWithGroupsOutOfPlaceIsWrittenAsItCameWhileUnchanged) {
+    // A stray format overflow inside a data item, and a group the form
+    // does not have: the field reads as far as it goes, and saves as it came.
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("stale");
+    std::string item = "  6\nTableCell Data\n 93\n0\n 90\n4\n  1\n" + t.arguments + "\n";
+    std::filesystem::path path = Edited("stray.dxf", item, item + "  9\nstray\n 62\n5\n");
+    Open(path);
+    AcDbObjectId child = Id(t.child);
+    std::wstring described = DescribeField(child);
+    EXPECT_NE(described.find(L"\nvalue old\n"), std::wstring::npos) << cadhost::ToUtf8(described);
+    std::filesystem::path first = Save("stray_first.dxf");
+    auto original = qmtest::DxfObjectsByHandle(path), written = qmtest::DxfObjectsByHandle(first);
+    ASSERT_EQ(original.at(t.child).size(), written.at(t.child).size());
+    for (size_t i = 0; i < original.at(t.child).size(); ++i) {
+        EXPECT_EQ(original.at(t.child)[i].code, written.at(t.child)[i].code) << i;
+        EXPECT_EQ(original.at(t.child)[i].value, written.at(t.child)[i].value) << i;
+    }
+    // Once the field changes, it is written in the form files give fields,
+    // and stays so.
+    {
+        AcDbObjectPointer<AcDbField> field(child, AcDb::kForWrite);
+        ASSERT_EQ(field->setFieldCode((L"%<\\TableCell " + cadhost::FromUtf8(t.arguments) + L">%").c_str()),
+                  Acad::eOk);
+    }
+    std::filesystem::path second = Save("stray_second.dxf");
+    Open(second);
+    std::filesystem::path third = Save("stray_third.dxf");
+    EXPECT_EQ(qmtest::ReadText(second), qmtest::ReadText(third));
+    bool stray = false;
+    auto objects = qmtest::DxfObjectsByHandle(third);
+    for (const DxfGroup& group : objects.at(t.child))
+        if (group.code == 62 || group.value == "stray") stray = true;
+    EXPECT_FALSE(stray);
 }
 
 TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
