@@ -285,16 +285,20 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
 
     // Its handle first, so that it has an id while its groups are read.
     uint64_t handle = 0;
-    bool hasHandle = false;
+    bool hasHandle = false, handleGroup = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         if (m_groups[i].code == 100) break;
         if (m_groups[i].code == handleCode) {
             Group g = At(i);
             if (!ParseHandle(g.value, handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
             hasHandle = handle != 0;
+            handleGroup = true;
             break;
         }
     }
+    // Saving writes a handle first where the file gave none: its place is
+    // counted, so that what the object keeps comes after it.
+    if (!handleGroup && (!m_file.IsR12() || (m_file.handles && kind != Kind::kTable))) ++m_count;
     AcDbObjectId id;
     Acad::ErrorStatus es = hasHandle ? m_impl.Add(id, object, handle) : m_impl.AddUnnamed(id, object);
     if (es == Acad::eDuplicateKey)

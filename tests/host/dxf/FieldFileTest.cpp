@@ -363,6 +363,34 @@ TEST_F(FieldFileTest, AFieldWithGroupsOutOfPlaceIsWrittenAsItCameWhileUnchanged)
     EXPECT_FALSE(stray);
 }
 
+TEST_F(FieldFileTest, AFieldWithoutHandleGetsOneAheadOfItsGroups) {
+    // A field (and an object of a type the host does not know) without
+    // handle: each is given one, written before its groups, and the second
+    // save is the first.
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("area");
+    std::filesystem::path path = Edited("handleless.dxf", "", "");
+    std::string text = qmtest::ReadText(path);
+    size_t end = text.rfind("  0\nENDSEC\n");
+    ASSERT_NE(end, std::string::npos);
+    text.insert(end, "  0\nFIELD\n100\nAcDbField\n  1\nAcArea\n  2\n\\AcArea Object(<31>)\n 90\n0\n 97\n0\n"
+                     "  0\nWIDGET\n100\nAcDbWidget\n  1\nkept\n");
+    qmtest::WriteText(path, text);
+    Open(path);
+    std::filesystem::path first = Save("handleless_first.dxf");
+    Open(first);
+    std::filesystem::path second = Save("handleless_second.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::string saved = qmtest::ReadText(first);
+    size_t widget = saved.find("  0\nWIDGET\n");
+    ASSERT_NE(widget, std::string::npos);
+    const std::string widgetHead = "  0\nWIDGET\n  5\n", fieldHead = "  0\nFIELD\n  5\n";
+    EXPECT_EQ(saved.compare(widget, widgetHead.size(), widgetHead), 0) << saved.substr(widget, 60);
+    EXPECT_NE(saved.find("100\nAcDbWidget\n  1\nkept\n", widget), std::string::npos);
+    size_t field = saved.rfind("  0\nFIELD\n", widget);
+    ASSERT_NE(field, std::string::npos);
+    EXPECT_EQ(saved.compare(field, fieldHead.size(), fieldHead), 0) << saved.substr(field, 60);
+}
+
 TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
     qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"Made %<\\Probe x>% here");
     AcDbObjectId paper =
