@@ -312,13 +312,17 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         Group g = At(i);
         if (g.code >= 1000) {
             if (g.code == 1001 || g.code == 999) {
-                if (!ReadXData(i, *object)) {
-                    for (size_t k = i; k < m_groups.size(); ++k) {
-                        Group x = At(k);
-                        m_kept.Add(m_count, x.code, x.value);
-                    }
+                if (ReadXData(i, *object)) break;
+                // Extended data that does not read is kept as it stands;
+                // the object's own groups after it are still its own (kept
+                // with it, they would be written a second time beside them).
+                size_t k = i;
+                for (; k < m_groups.size() && m_groups[k].code >= 1000; ++k) {
+                    Group x = At(k);
+                    m_kept.Add(m_count, x.code, x.value);
                 }
-                break;
+                i = k - 1;
+                continue;
             }
             m_kept.Add(m_count, g.code, g.value);
             continue;

@@ -363,6 +363,22 @@ TEST_F(FieldFileTest, AFieldWithGroupsOutOfPlaceIsWrittenAsItCameWhileUnchanged)
     EXPECT_FALSE(stray);
 }
 
+TEST_F(FieldFileTest, ExtendedDataThatDoesNotReadLeavesTheFieldItsGroups) {
+    // Extended data amid the field's groups (a 1001 followed by groups of
+    // the object): kept as it stands, and the field is still read.
+    qmtest::FieldFixtureText t = qmtest::ReadFieldFixture().at("stale");
+    std::string head = "100\nAcDbField\n  1\nTableCell\n";
+    std::filesystem::path path = Edited("xdata.dxf", head, "1001\nQMTEST\n1000\nnote\n" + head);
+    Open(path);
+    std::wstring described = DescribeField(Id(t.child));
+    EXPECT_NE(described.find(L"\nvalue old\n"), std::wstring::npos) << cadhost::ToUtf8(described);
+    std::filesystem::path first = Save("xdata_first.dxf");
+    Open(first);
+    std::filesystem::path second = Save("xdata_second.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    EXPECT_EQ(qmtest::CompareDxf(path, first), "");
+}
+
 TEST_F(FieldFileTest, AFieldWithoutHandleGetsOneAheadOfItsGroups) {
     // A field (and an object of a type the host does not know) without
     // handle: each is given one, written before its groups, and the second
