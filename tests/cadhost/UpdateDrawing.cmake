@@ -34,3 +34,22 @@ if(status EQUAL 77)
 elseif(NOT status EQUAL 0)
   message(FATAL_ERROR "ezdxf does not read the updated drawing:\n${out}\n${err}")
 endif()
+
+# Without the evaluators' module beside it, update refuses to touch the
+# drawing: every field would fail and lose its value.
+file(MAKE_DIRECTORY ${WORK}/alone)
+file(COPY ${CADHOST} ${BIN}/libcadhost.so DESTINATION ${WORK}/alone)
+file(WRITE ${WORK}/alone/drawing.dxf "${edited}")
+get_filename_component(program ${CADHOST} NAME)
+execute_process(COMMAND ${WORK}/alone/${program} update ${WORK}/alone/drawing.dxf --settings ${WORK}/settings
+                RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT status EQUAL 2)
+  message(FATAL_ERROR "update without evaluators exited with ${status}, not 2\n${out}\n${err}")
+endif()
+if(NOT err MATCHES "the evaluators' module QuillmarkEval.dbx cannot be loaded; the drawing is left as it was")
+  message(FATAL_ERROR "update without evaluators said:\n${err}")
+endif()
+file(READ ${WORK}/alone/drawing.dxf after)
+if(NOT after STREQUAL edited)
+  message(FATAL_ERROR "update without evaluators changed the drawing")
+endif()
