@@ -120,6 +120,7 @@ Acad::ErrorStatus PostChildren(AcDbField& field, AcDbDatabase* database) {
         if (es != Acad::eOk) return es;
         child.held->setOwnerId(field.objectId());
         child.id = child.held->objectId();
+        child.held->close();  // the add left it open for write
         child.held = nullptr;
     }
     return Acad::eOk;
@@ -368,9 +369,10 @@ Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* proper
     Acad::ErrorStatus es = acdbOpenObject(extension, object->extensionDictionary(), AcDb::kForWrite);
     if (es != Acad::eOk) return es;
     AcDbObjectId fieldsId;
+    AcDbDictionary* fields = nullptr;
     if (extension->getAt(L"ACAD_FIELD", fieldsId) != Acad::eOk) {
-        auto* fields = new AcDbDictionary;
-        es = extension->setAt(L"ACAD_FIELD", fields, fieldsId);
+        fields = new AcDbDictionary;
+        es = extension->setAt(L"ACAD_FIELD", fields, fieldsId);  // leaves it open for write
         if (es != Acad::eOk) {
             delete fields;
             extension->close();
@@ -378,9 +380,10 @@ Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* proper
         }
     }
     extension->close();
-    AcDbDictionary* fields = nullptr;
-    es = acdbOpenObject(fields, fieldsId, AcDb::kForWrite);
-    if (es != Acad::eOk) return es;
+    if (!fields) {
+        es = acdbOpenObject(fields, fieldsId, AcDb::kForWrite);
+        if (es != Acad::eOk) return es;
+    }
     AcDbObjectId oldId;
     bool replacing = fields->getAt(propertyName, oldId) == Acad::eOk;
     AcDbObjectId id;
