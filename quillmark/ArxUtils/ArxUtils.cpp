@@ -336,3 +336,51 @@ int GetSysVarInt(LPCTSTR name, int& value) {
     if (result.restype == RTSTR) free(result.resval.rstring);  // a text is no integer
     return 3;
 }
+
+// ---- List routines ---------------------------------------------------------
+
+int FindListItemByData(CListBox& list, DWORD data) {
+    int count = list.GetCount();
+    for (int i = 0; i < count; ++i) {
+        if (static_cast<DWORD>(list.GetItemData(i)) == data) return i;
+    }
+    return -1;
+}
+
+int FindComboItemByData(CComboBox& combo, DWORD data) {
+    int count = combo.GetCount();
+    for (int i = 0; i < count; ++i) {
+        if (static_cast<DWORD>(combo.GetItemData(i)) == data) return i;
+    }
+    return -1;
+}
+
+void FitListExtent(CListBox& list) {
+    CClientDC dc(&list);
+    CFont* previous = dc.SelectObject(list.GetFont());
+    int widest = 0;
+    CString text;
+    for (int i = 0; i < list.GetCount(); ++i) {
+        list.GetText(i, text);
+        CSize size = dc.GetTextExtent(text);
+        if (size.cx > widest) widest = size.cx;
+    }
+    dc.SelectObject(previous);
+    list.SetHorizontalExtent(widest + 4 * ::GetSystemMetrics(SM_CXBORDER));
+}
+
+void FitComboDropWidth(CComboBox& combo) {
+    CClientDC dc(&combo);
+    CFont* previous = dc.SelectObject(combo.GetFont());
+    int scrollBar = ::GetSystemMetrics(SM_CXVSCROLL);
+    int widest = 0;
+    CString text;
+    for (int i = 0; i < combo.GetCount(); ++i) {
+        combo.GetLBText(i, text);
+        CSize size = dc.GetTextExtent(text);
+        if (size.cx + scrollBar > widest) widest = size.cx + scrollBar;
+    }
+    widest += dc.GetTextExtent(L" ", 1).cx;
+    dc.SelectObject(previous);
+    combo.SetDroppedWidth(widest);
+}

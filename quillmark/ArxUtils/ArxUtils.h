@@ -76,3 +76,17 @@ int GetLayerNames(CStringArray& names, AcDbDatabase* database = nullptr);
 // A system variable as an integer: 0 and the value, or 3 with value left
 // alone when the host does not answer it with a whole number.
 int GetSysVarInt(LPCTSTR name, int& value);
+
+// ---- List routines ---------------------------------------------------------
+
+// The index of the first entry whose item data equals data, or -1.
+int FindListItemByData(CListBox& list, DWORD data);
+int FindComboItemByData(CComboBox& combo, DWORD data);
+
+// Widens a list box's horizontal scroll range to its widest entry, in the
+// list's own font, plus four border widths.
+void FitListExtent(CListBox& list);
+
+// Widens a combo box's drop-down list to its widest entry plus a vertical
+// scroll bar, plus the width of one blank.
+void FitComboDropWidth(CComboBox& combo);

@@ -120,7 +120,7 @@ Acad::ErrorStatus PostChildren(AcDbField& field, AcDbDatabase* database) {
         if (es != Acad::eOk) return es;
         child.held->setOwnerId(field.objectId());
         child.id = child.held->objectId();
-        child.held->close();  // the add left it open for write
+        child.held->close();  // posted open for write; the field reaches it by id from now on
         child.held = nullptr;
     }
     return Acad::eOk;
@@ -369,21 +369,20 @@ Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* proper
     Acad::ErrorStatus es = acdbOpenObject(extension, object->extensionDictionary(), AcDb::kForWrite);
     if (es != Acad::eOk) return es;
     AcDbObjectId fieldsId;
-    AcDbDictionary* fields = nullptr;
     if (extension->getAt(L"ACAD_FIELD", fieldsId) != Acad::eOk) {
-        fields = new AcDbDictionary;
-        es = extension->setAt(L"ACAD_FIELD", fields, fieldsId);  // leaves it open for write
+        auto* fields = new AcDbDictionary;
+        es = extension->setAt(L"ACAD_FIELD", fields, fieldsId);
         if (es != Acad::eOk) {
             delete fields;
             extension->close();
             return es;
         }
+        fields->close();  // added open for write; opened again below
     }
     extension->close();
-    if (!fields) {
-        es = acdbOpenObject(fields, fieldsId, AcDb::kForWrite);
-        if (es != Acad::eOk) return es;
-    }
+    AcDbDictionary* fields = nullptr;
+    es = acdbOpenObject(fields, fieldsId, AcDb::kForWrite);
+    if (es != Acad::eOk) return es;
     AcDbObjectId oldId;
     bool replacing = fields->getAt(propertyName, oldId) == Acad::eOk;
     AcDbObjectId id;

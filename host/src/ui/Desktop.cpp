@@ -1,8 +1,6 @@
 #include "ui/Desktop.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cwctype>
 
 #include "app/Host.h"

@@ -52,7 +52,6 @@ HWND MakeWindow(Desktop& desktop, const WindowSpec& spec) {
         window->baseX = units.cx;
         window->baseY = units.cy;
     }
-    if (kind == WindowKind::Button && (spec.style & BS_TYPEMASK) == BS_DEFPUSHBUTTON) window->pushed = false;
     if (spec.style & WS_CHILD) desktop.SetParent(window, parent);
     else window->owner = parent;
     return window;

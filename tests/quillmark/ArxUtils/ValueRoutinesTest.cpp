@@ -17,6 +17,7 @@ protected:
         record->setName(name);
         AcDbObjectId id;
         EXPECT_EQ(table->add(id, record), Acad::eOk);
+        record->close();  // an added record is open for write until closed
         table->close();
         return id;
     }
