@@ -60,6 +60,9 @@ public:
             if (end == std::wstring::npos) return Fail(L"the field code lacks its closing >%");
             if (end != body.size()) return Fail(L"text follows the closing >% of the field code");
             body = body.substr(2, body.size() - 4);
+        } else if (MatchingClose(std::wstring(kOpen) + body + kClose, 0) != body.size() + 4) {
+            // Without its markers the code must still read the same once they are added.
+            return Fail(L"the field code holds a >% or %< that does not pair up");
         }
         if (body.empty() || body[0] != L'\\') return Fail(L"a field code begins with a backslash and its evaluator id");
         size_t idEnd = 1;

@@ -83,7 +83,11 @@ INSTANTIATE_TEST_SUITE_P(
                       BadCode{L"%<\\AcArea Object(<1>) \\f \"%lu2>%", L"\\f option"},
                       BadCode{L"%<\\AcArea Object(<1>) \\f \"%lu2\" \\nested>%", L"\\f option"},
                       BadCode{L"%<\\AcExpr %<\\AcVar x>%", L"closing >%"},
-                      BadCode{L"%<\\_FldIdx 0>%", L"child"}));
+                      BadCode{L"%<\\_FldIdx 0>%", L"child"},
+                      // Without markers, text that would end the code once they are added.
+                      BadCode{L"\\AcVar a>%b", L"pair up"},
+                      BadCode{L"\\AcVar a %< b", L"pair up"},
+                      BadCode{L"\\TextField C:\\x \\f \"a>%\"", L"pair up"}));
 
 TEST(FieldCodeText, CodesInsideACodeBecomeChildrenWithTheirOwnOptions) {
     std::wstring error;
