@@ -67,13 +67,16 @@ std::wstring EscapeBackslashes(const std::wstring& text) {
 // New child fields for parsed codes; supplied children are taken from the
 // caller's array. Answers false, having made nothing, when a supplied child
 // is missing.
-bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* supplied) {
+// Each supplied child stands in one place only, and no field holds itself.
+bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* supplied, const AcDbField* owner,
+                   std::vector<const AcDbField*>& used) {
     for (const auto& child : code.children) {
         if (child.suppliedChild) {
-            if (!supplied || *child.suppliedChild >= static_cast<size_t>(supplied->length()) ||
-                !(*supplied)[static_cast<int>(*child.suppliedChild)])
-                return false;
-        } else if (!CheckSupplied(child, supplied)) {
+            if (!supplied || *child.suppliedChild >= static_cast<size_t>(supplied->length())) return false;
+            const AcDbField* given = (*supplied)[static_cast<int>(*child.suppliedChild)];
+            if (!given || given == owner || std::find(used.begin(), used.end(), given) != used.end()) return false;
+            used.push_back(given);
+        } else if (!CheckSupplied(child, supplied, owner, used)) {
             return false;
         }
     }
@@ -161,7 +164,8 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
     std::optional<cadhost::ParsedCode> parsed = (flags & kTextField)
                                                     ? cadhost::ParseTextWithFields(fieldCode, error, places)
                                                     : cadhost::ParseFieldCode(fieldCode, error, places);
-    if (!parsed || !CheckSupplied(*parsed, childFields)) return Acad::eInvalidInput;
+    std::vector<const AcDbField*> used;
+    if (!parsed || !CheckSupplied(*parsed, childFields, this, used)) return Acad::eInvalidInput;
     std::vector<Impl::Child> old;
     old.swap(m_impl->children);
     Adopt(*m_impl, *parsed, childFields);
@@ -172,7 +176,9 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
                                           [&child](const Impl::Child& kept) { return kept.id == child.id; });
     });
     EraseChildrenInDatabase(old);
-    for (auto& child : old) delete child.held;
+    for (auto& child : old) {
+        if (std::find(used.begin(), used.end(), child.held) == used.end()) delete child.held;
+    }
     if (AcDbDatabase* db = database()) return PostChildren(*this, db);
     return Acad::eOk;
 }
