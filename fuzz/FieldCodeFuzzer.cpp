@@ -24,6 +24,16 @@ void CheckReadsBack(const AcDbField& field, int flags, AcDbField::FieldCodeFlag 
     QM_FUZZ_CHECK(field.childCount() == again.childCount());
 }
 
+// Whether the field holds the child anywhere below it.
+bool Holds(AcDbField& field, const AcDbField* child) {
+    for (int i = 0; i < field.childCount(); ++i) {
+        AcDbField* held = nullptr;
+        field.getChild(i, held, AcDb::kForRead);
+        if (held == child || (held && Holds(*held, child))) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -32,6 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     bool textField = data[0] & 1;
     bool supplyChildren = data[0] & 2;
     std::wstring text = qmfuzz::WideText(data + 1, size - 1);
+    text.resize(std::wcslen(text.c_str()));  // a field takes its code as a C string
 
     std::wstring error;
     auto parsed = textField ? cadhost::ParseTextWithFields(text, error, supplyChildren)
@@ -47,13 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     QM_FUZZ_CHECK((es == Acad::eOk) == parsed.has_value() || supplyChildren);
     // Children not taken stay the caller's.
     for (AcDbField* child : supplied) {
-        bool taken = false;
-        for (int i = 0; i < field.childCount(); ++i) {
-            AcDbField* held = nullptr;
-            field.getChild(i, held, AcDb::kForRead);
-            taken = taken || held == child;
-        }
-        if (!taken) delete child;
+        if (!Holds(field, child)) delete child;
     }
     if (es != Acad::eOk) {
         QM_FUZZ_CHECK(field.childCount() == 0 && *field.evaluatorId() == 0);

@@ -124,6 +124,8 @@ public:
     BOOL InEditorCommand() const { return m_editorCommand; }
 
     CWnd* ScriptTarget() override;
+    // Scripts name the field code box "code".
+    CWnd* ScriptControl(LPCTSTR name) override;
 
 protected:
     BOOL OnInitDialog() override;

@@ -4,6 +4,7 @@
 #include <AcFdUi.h>
 #include <tchar.h>
 
+#include <cwchar>
 #include <vector>
 
 #include "HostResource.h"
@@ -257,6 +258,10 @@ void CAcFdUiFieldDialog::CompleteEditorCommand(BOOL restore) {
 CWnd* CAcFdUiFieldDialog::ScriptTarget() {
     if (m_pCurrentPage && m_pCurrentPage->m_hWnd) return m_pCurrentPage;
     return this;
+}
+
+CWnd* CAcFdUiFieldDialog::ScriptControl(LPCTSTR name) {
+    return name && std::wcscmp(name, L"code") == 0 ? GetFieldCodeEditCtrl() : nullptr;
 }
 
 void CAcFdUiFieldDialog::OnCategoryChange() {

@@ -49,7 +49,8 @@ std::wstring Compose(const AcDbField& field, int flags) {
         i += place->second;
     }
     if (m.textField) return body;
-    if (!m.format.empty() && !(flags & AcDbField::kStripOptions)) body += L" \\f \"" + m.format + L"\"";
+    if ((!m.format.empty() || m.formatOption) && !(flags & AcDbField::kStripOptions))
+        body += L" \\f \"" + m.format + L"\"";
     if (flags & AcDbField::kAddMarkers) body = L"%<" + body + L">%";
     return body;
 }
@@ -97,6 +98,7 @@ void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* 
     m.evaluatorId = code.evaluatorId;
     m.code = code.code;
     m.format = code.format;
+    m.formatOption = code.formatOption;
     m.hasCode = true;
     m.unreadable = false;
     m.textField = _wcsicmp(code.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
@@ -236,6 +238,7 @@ Acad::ErrorStatus AcDbField::setFormat(const ACHAR* format) {
     Acad::ErrorStatus es = assertWriteEnabled();
     if (es != Acad::eOk) return es;
     m_impl->format = format ? format : L"";
+    m_impl->formatOption = !m_impl->format.empty();
     m_impl->evaluatorText.reset();
     return Acad::eOk;
 }

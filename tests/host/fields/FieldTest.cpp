@@ -57,6 +57,9 @@ TEST(FieldCode, RoundTripsUnderTheFlags) {
          L"\\AcLength Object(<2F1>) \\f \"%lu2%pr2\"", L"\\AcLength Object(<2F1>)", L"%lu2%pr2", L"AcLength"},
         {L"%<\\AcBlockCount >%", L"%<\\AcBlockCount >%", L"\\AcBlockCount ", L"\\AcBlockCount ", L"",
          L"AcBlockCount"},
+        // An empty option stays, so that an earlier \f of the arguments is not taken for it.
+        {L"%<\\AcVar a \\f \"x\" \\f \"\">%", L"%<\\AcVar a \\f \"x\" \\f \"\">%",
+         L"\\AcVar a \\f \"x\" \\f \"\"", L"\\AcVar a \\f \"x\"", L"", L"AcVar"},
         {L"\\TextField C:\\data\\notes.txt", L"%<\\TextField C:\\data\\notes.txt>%", L"\\TextField C:\\data\\notes.txt",
          L"\\TextField C:\\data\\notes.txt", L"", L"TextField"},
     };
