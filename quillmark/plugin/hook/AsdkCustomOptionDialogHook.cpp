@@ -85,8 +85,8 @@ BOOL AsdkCustomOptionDialogHook::EndFieldDialog(int result) {
     DeletePage(m_textFilePage);
     DeletePage(m_excelPage);
     DeletePage(m_tableCellPage);
-    // The dialog is gone with its pages; a later UpdateFieldCode must not reach it.
-    m_fieldDialog = nullptr;
+    // The dialog pointer stays: only the pages call UpdateFieldCode, and
+    // they are gone with the dialog.
     return TRUE;
 }
 
