@@ -17,6 +17,8 @@
 #include "app/MenuBar.h"
 #include "app/SystemRegistry.h"
 #include "app/SystemVariables.h"
+#include "editor/EditorInput.h"
+#include "editor/SelectionSets.h"
 #include "registry/SettingsStore.h"
 
 namespace cadhost {
@@ -51,6 +53,10 @@ public:
     SystemVariables& variables() { return m_variables; }
     ExternalFunctions& functions() { return m_functions; }
     SettingsStore& settings() { return *m_settings; }
+    // The user's answers at the editor's prompts, and the selection sets
+    // the editor handed out for the current drawing.
+    EditorInput& input() { return m_input; }
+    SelectionSets& selections() { return m_selections; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
@@ -73,6 +79,8 @@ private:
 
     std::filesystem::path m_moduleFolder;
     short m_viewport = 0;
+    EditorInput m_input;
+    SelectionSets m_selections;
     CommandLine m_commandLine;
     SystemRegistry m_sysRegistry;
     CommandStack m_commands;
