@@ -407,7 +407,10 @@ Acad::ErrorStatus WriteFile(const AcDbDatabase& database, const std::filesystem:
     }
     // A new file beside the old one, put in its place only when complete.
     std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
-    std::string pattern = (folder / ("." + path.filename().string() + ".XXXXXX")).string();
+    std::string hidden = ".";
+    hidden += path.filename().string();
+    hidden += ".XXXXXX";
+    std::string pattern = (folder / hidden).string();
     std::vector<char> temp(pattern.begin(), pattern.end());
     temp.push_back('\0');
     int fd = mkstemp(temp.data());

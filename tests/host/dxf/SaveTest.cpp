@@ -151,7 +151,7 @@ protected:
 
 TEST_F(SaveTest, WhatWasMadeInMemoryReadsBack) {
     Made made = BuildSample();
-    AcDbObjectId door = made.door;
+    AcDbHandle doorHandle = made.door.handle();
     AcDbHandle plineHandle = made.pline.handle(), circleHandle = made.circle.handle(),
                referenceHandle = made.reference.handle(), mtextHandle = made.mtext.handle(),
                tableHandle = made.table.handle();
@@ -241,7 +241,7 @@ TEST_F(SaveTest, WhatWasMadeInMemoryReadsBack) {
     resbuf* tie = anonymous->xData(L"AcDbBlockRepBTag");
     ASSERT_NE(tie, nullptr);
     EXPECT_EQ(tie->rbnext->rbnext->restype, 1005);
-    EXPECT_EQ(AcDbHandle(tie->rbnext->rbnext->resval.rstring), door.handle());
+    EXPECT_EQ(AcDbHandle(tie->rbnext->rbnext->resval.rstring), doorHandle);
     acutRelRb(tie);
 }
 
