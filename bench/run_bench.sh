@@ -11,9 +11,9 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-bench}
 megabytes=${2:-100}
-if [[ ! -x $build/bin/bench_load ]]; then
+if [[ ! -x $build/bin/bench_DxfLoadBench ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
-  cmake --build "$build" --target bench_load
+  cmake --build "$build" --target bench_DxfLoadBench
 fi
 data=$build/bench-data
 mkdir -p "$data"
@@ -21,7 +21,7 @@ drawing=$data/big_${megabytes}mb.dxf
 [[ -f $drawing ]] || /usr/bin/python3 "$root/bench/make_big_dxf.py" "$drawing" "$megabytes"
 
 echo "== host"
-host=$("$build/bin/bench_load" "$drawing" --save "$data/saved.dxf")
+host=$("$build/bin/bench_DxfLoadBench" "$drawing" --save "$data/saved.dxf")
 echo "$host"
 echo "== ezdxf"
 ez=$(/usr/bin/python3 "$root/bench/ezdxf_load.py" "$drawing")

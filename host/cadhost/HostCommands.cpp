@@ -22,6 +22,7 @@ std::wstring Quote(const std::wstring& text) {
 void DefineHostCommands(ScriptRunner& runner) {
     runner.Define(L"new", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 0, 0, L"new");
+        r.RequireNoDialog(L"new");
         r.host().NewDrawing();
     });
     runner.Define(L"appload", [](ScriptRunner& r, const Arguments& a) {
@@ -30,6 +31,7 @@ void DefineHostCommands(ScriptRunner& runner) {
     });
     runner.Define(L"arxunload", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"arxunload NAME");
+        r.RequireNoDialog(L"arxunload");
         r.host().linker().unloadModule(a[0].text.c_str());
     });
     runner.Define(L"menus", [](ScriptRunner& r, const Arguments& a) {

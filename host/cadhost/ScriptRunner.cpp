@@ -3,11 +3,14 @@
 #include <fstream>
 #include <sstream>
 
+#include "ScriptDriver.h"
 #include "core/Utf8.h"
 
 namespace cadhost::script {
 
-ScriptRunner::ScriptRunner(Host& host, bool launch) : m_host(host), m_launch(launch) {
+ScriptRunner::ScriptRunner(Host& host, bool launch)
+    : m_host(host), m_launch(launch), m_driver(std::make_unique<ScriptDriver>(*this)) {
+    m_host.desktop().SetDriver(m_driver.get());
     Define(L"print", [](ScriptRunner& runner, const Arguments& arguments) {
         if (arguments.empty()) throw ScriptError(L"print needs a subject");
         auto it = runner.m_prints.find(arguments[0].text);
@@ -20,6 +23,10 @@ ScriptRunner::ScriptRunner(Host& host, bool launch) : m_host(host), m_launch(lau
         if (it == runner.m_expects.end()) throw ScriptError(L"expect cannot check \"" + arguments[0].text + L"\"");
         it->second(runner, Arguments(arguments.begin() + 1, arguments.end()));
     });
+}
+
+ScriptRunner::~ScriptRunner() {
+    if (&m_host.desktop().driver() == m_driver.get()) m_host.desktop().SetDriver(nullptr);
 }
 
 void ScriptRunner::Define(const std::wstring& name, Handler handler) { m_commands[name] = std::move(handler); }
@@ -53,6 +60,20 @@ Point ScriptRunner::ParsePointWord(const Word& word) {
     return *point;
 }
 
+void ScriptRunner::Settle() {
+    m_host.processor().RunIdle();
+    m_host.desktop().DeliverPosted();
+}
+
+void ScriptRunner::RequireNoDialog(const wchar_t* what) {
+    if (m_host.desktop().ModalDepth() > 0)
+        throw ScriptError(std::wstring(what) + L" cannot come while a dialog is open; close it with ok or cancel");
+}
+
+void ScriptRunner::Fail(int status, int line, std::wstring text) {
+    if (!m_failure) m_failure = Failure{status, line, std::move(text)};
+}
+
 void ScriptRunner::RunLine(const Arguments& words) {
     const std::wstring& name = words[0].text;
     auto it = m_commands.find(name);
@@ -63,13 +84,33 @@ void ScriptRunner::RunLine(const Arguments& words) {
     if (!looks) Settle();
 }
 
-int ScriptRunner::RunFile(const std::filesystem::path& file, std::ostream& errors) {
-    std::ifstream in(file, std::ios::binary);
-    std::string where = file.string();
-    if (!in) {
-        errors << where << ": cannot read the script\n";
-        return 2;
+bool ScriptRunner::RunUntil(const std::function<bool()>& done) {
+    while (true) {
+        if (m_failure) return false;
+        if (done && done()) return true;
+        if (m_next >= m_lines.size()) return !done;
+        const Line line = m_lines[m_next++];
+        m_running.push_back(line.number);
+        try {
+            std::wstring error;
+            std::optional<std::vector<Word>> words = SplitLine(line.text, error);
+            if (!words) throw ScriptError(error);
+            RunLine(*words);
+        } catch (const ScriptError& e) {
+            Fail(2, line.number, e.text);
+        } catch (const ExpectationFailed& e) {
+            Fail(1, line.number, e.text);
+        } catch (const std::exception& e) {
+            Fail(2, line.number, L"the line failed inside the host: " + FromUtf8(e.what()));
+        }
+        m_running.pop_back();
     }
+}
+
+int ScriptRunner::Run(std::istream& in, const std::string& where, std::ostream& errors) {
+    m_lines.clear();
+    m_next = 0;
+    m_failure.reset();
     std::string raw;
     int lineNumber = 0;
     while (std::getline(in, raw)) {
@@ -78,22 +119,32 @@ int ScriptRunner::RunFile(const std::filesystem::path& file, std::ostream& error
         std::wstring line = FromUtf8(raw);
         size_t first = line.find_first_not_of(L" \t");
         if (first == std::wstring::npos || line[first] == L'#') continue;
-        std::wstring error;
-        try {
-            std::optional<std::vector<Word>> words = SplitLine(line, error);
-            if (!words) throw ScriptError(error);
-            RunLine(*words);
-        } catch (const ScriptError& e) {
-            m_host.commandLine().FinishLine();
-            errors << where << ":" << lineNumber << ": " << ToUtf8(e.text) << "\n";
-            return 2;
-        } catch (const ExpectationFailed& e) {
-            m_host.commandLine().FinishLine();
-            errors << where << ":" << lineNumber << ": expectation failed: " << ToUtf8(e.text) << "\n";
-            return 1;
-        }
+        m_lines.push_back({lineNumber, std::move(line)});
     }
-    return 0;
+    RunUntil(nullptr);
+    if (!m_failure) {
+        std::wstring left = m_driver->UnusedAnswers();
+        if (!left.empty()) Fail(2, m_lines.empty() ? lineNumber : m_lines.back().number, left);
+    }
+    if (!m_failure) return 0;
+    m_host.commandLine().FinishLine();
+    errors << where << ":" << m_failure->line << ": " << (m_failure->status == 1 ? "expectation failed: " : "")
+           << ToUtf8(m_failure->text) << "\n";
+    return m_failure->status;
+}
+
+int ScriptRunner::RunFile(const std::filesystem::path& file, std::ostream& errors) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) {
+        errors << file.string() << ": cannot read the script\n";
+        return 2;
+    }
+    return Run(in, file.string(), errors);
+}
+
+int ScriptRunner::RunText(const std::string& text, const std::string& name, std::ostream& errors) {
+    std::istringstream in(text);
+    return Run(in, name, errors);
 }
 
 }  // namespace cadhost::script

@@ -94,6 +94,7 @@ int main(int argc, char** argv) {
     }
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);
+    cadhost::script::DefineDialogCommands(runner);
     cadhost::script::DefineDrawingCommands(runner);
     return runner.RunFile(*options.script, std::cerr);
 }

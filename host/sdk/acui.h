@@ -2,6 +2,7 @@
 #pragma once
 
 #include "afxwin.h"
+#include "aduiDialog.h"
 
 // Prepares the platform's dialog library for a module; call at attach.
 extern "C" CADHOST_API void InitAcUiDLL();

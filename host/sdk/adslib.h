@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adsdef.h"
+#include "acutads.h"
 
 extern "C" {
 // Result buffers. acutNewRb allocates one buffer of a type; a string buffer

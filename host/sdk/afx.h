@@ -69,6 +69,30 @@ public:                                                                     \
     CObject* class_name::CreateObject() { return new class_name; }            \
     _IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, schema, class_name::CreateObject)
 
+// Exceptions of the framework are thrown as pointers and end with Delete().
+class CADHOST_API CException : public CObject {
+    DECLARE_DYNAMIC(CException)
+public:
+    explicit CException(BOOL autoDelete = TRUE) : m_bAutoDelete(autoDelete) {}
+    ~CException() override = default;
+    void Delete();
+    virtual BOOL GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext = nullptr) const;
+    // Shows the text of GetErrorMessage (or of the string messageId when it
+    // has none) in a message box; answers the box's result.
+    virtual int ReportError(UINT type = 0, UINT messageId = 0);
+    BOOL m_bAutoDelete;
+};
+
+// Ends an operation that the user has been told about already, such as a
+// data exchange that refused a value.
+class CADHOST_API CUserException : public CException {
+    DECLARE_DYNAMIC(CUserException)
+public:
+    CUserException() = default;
+};
+
+[[noreturn]] CADHOST_API void AfxThrowUserException();
+
 #define ASSERT(f) ((void)0)
 #define VERIFY(f) ((void)(f))
 #define ASSERT_VALID(p) ((void)0)

@@ -99,3 +99,7 @@ CADHOST_API void WINAPI SetLastError(DWORD error);
 #define LoadString LoadStringW
 
 #include "winreg.h"
+#include "windef.h"
+#include "wingdi.h"
+#include "winuser.h"
+#include "commdlg.h"

@@ -69,8 +69,10 @@ Host::Host(HostOptions options)
                                                                                 : options.settingsFolder);
     m_documents = std::make_unique<DocumentManager>(ModuleTable::Instance().Host());
     m_services = std::make_unique<HostServices>(*m_documents);
+    m_desktop = std::make_unique<ui::Desktop>([this](const std::wstring& text) { m_commandLine.Show(text); });
     auto print = [this](const std::wstring& text) { Print(text); };
     m_processor = std::make_unique<CommandProcessor>(m_commands, *m_documents, print);
+    m_fieldEngine = std::make_unique<AcFdFieldEngine>();
     m_linker = std::make_unique<DynamicLinker>(m_moduleFolder, print);
     m_sysRegistry.atPut(ACRX_DYNAMIC_LINKER, m_linker.get());
     m_sysRegistry.atPut(ACRX_COMMAND_DOCK, &m_commands);
@@ -131,12 +133,16 @@ bool Host::SaveDrawing(const std::filesystem::path& path, std::wstring& error) {
 }
 
 void Host::ConnectModules() {
-    // A module that loads meets the current drawing; one that goes takes
-    // its functions with it.
+    // A module that loads meets the current drawing.
     m_linker->SetLoadListener([this](DynamicLinker::App& app) {
         if (Document* document = m_documents->Current()) m_linker->Send(app, AcRx::kLoadDwgMsg, document);
     });
-    m_linker->SetUnloadListener([this](DynamicLinker::App& app) { m_functions.Forget(&app); });
+    // A module that goes takes its functions with it, and the field engine
+    // forgets its evaluators, withdrawn or not.
+    m_linker->SetUnloadListener([this](DynamicLinker::App& app) {
+        m_functions.Forget(&app);
+        m_fieldEngine->dropLoadersOfModule(app.module);
+    });
     m_processor->lisp().SetFallback(
         [this](const std::wstring& name, const std::vector<LispValue>&) -> std::optional<LispValue> {
             const ExternalFunctions::Entry* entry = m_functions.Find(name);

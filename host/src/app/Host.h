@@ -2,6 +2,8 @@
 // owned by one object for the life of a session.
 #pragma once
 
+#include <AcFdEval.h>
+
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -20,6 +22,7 @@
 #include "editor/EditorInput.h"
 #include "editor/SelectionSets.h"
 #include "registry/SettingsStore.h"
+#include "ui/Desktop.h"
 
 namespace cadhost {
 
@@ -57,6 +60,8 @@ public:
     // the editor handed out for the current drawing.
     EditorInput& input() { return m_input; }
     SelectionSets& selections() { return m_selections; }
+    ui::Desktop& desktop() { return *m_desktop; }
+    AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
@@ -91,6 +96,8 @@ private:
     std::unique_ptr<DocumentManager> m_documents;
     std::unique_ptr<HostServices> m_services;
     std::unique_ptr<CommandProcessor> m_processor;
+    std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
+    std::unique_ptr<AcFdFieldEngine> m_fieldEngine;
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
 };
 

@@ -9,9 +9,16 @@
 #include <mutex>
 #include <vector>
 
+namespace cadhost::ui {
+class ResourceScript;
+}
+
 struct HINSTANCE__ {
     std::filesystem::path path;
     const void* base = nullptr;
+    // The module's resources, read from the script it carries on first use.
+    std::shared_ptr<const cadhost::ui::ResourceScript> resources;
+    bool resourcesRead = false;
 };
 
 namespace cadhost {

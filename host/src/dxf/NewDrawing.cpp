@@ -201,7 +201,7 @@ $DIMTAD
   9
 $DIMZIN
  70
-8
+0
   9
 $DIMBLK
   1
@@ -1557,7 +1557,7 @@ LAYER
 100
 AcDbSymbolTable
  70
-2
+1
   0
 LAYER
   5
@@ -1576,32 +1576,6 @@ AcDbLayerTableRecord
 7
   6
 Continuous
-370
--3
-390
-13
-347
-21
-  0
-LAYER
-  5
-28
-330
-1
-100
-AcDbSymbolTableRecord
-100
-AcDbLayerTableRecord
-  2
-Defpoints
- 70
-0
- 62
-7
-  6
-Continuous
-290
-0
 370
 -3
 390

@@ -1,7 +1,7 @@
 // Loads a DXF drawing with the host and reports the time it took and the
 // process's peak memory.
 //
-//     bench_load FILE [--save OUT]
+//     bench_DxfLoadBench FILE [--save OUT]
 #include <dbmain.h>
 #include <dbsymtb.h>
 
@@ -31,7 +31,7 @@ long long PeakBytes() {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::cerr << "usage: bench_load FILE [--save OUT]\n";
+        std::cerr << "usage: bench_DxfLoadBench FILE [--save OUT]\n";
         return 2;
     }
     std::filesystem::path path = argv[1];

@@ -1,0 +1,27 @@
+# Resource scripts in .rc syntax travel inside their module: the build turns
+# the script and the headers it includes into a source file that holds
+# their text under the exported symbol cadhost_resource_script, which the
+# host finds in the module's image and reads once.
+#
+#   qm_embed_resources(TARGET SCRIPT file.rc [INCLUDES header.h ...])
+function(qm_embed_resources target)
+  cmake_parse_arguments(EMBED "" "SCRIPT" "INCLUDES" ${ARGN})
+  if(NOT EMBED_SCRIPT)
+    message(FATAL_ERROR "qm_embed_resources(${target}) needs a SCRIPT")
+  endif()
+  set(files ${EMBED_SCRIPT} ${EMBED_INCLUDES})
+  set(absolute)
+  foreach(file ${files})
+    get_filename_component(path ${file} ABSOLUTE)
+    list(APPEND absolute ${path})
+  endforeach()
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources.cpp)
+  string(REPLACE ";" "|" joined "${absolute}")
+  add_custom_command(OUTPUT ${output}
+    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output}
+            -P ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
+    DEPENDS ${absolute} ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
+    COMMENT "Embedding the resource script of ${target}"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${output})
+endfunction()

@@ -1,0 +1,401 @@
+#include <AcFdEval.h>
+#include <adslib.h>
+#include <dbdict.h>
+#include <dbfield.h>
+#include <tchar.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <memory>
+
+#include "fields/FieldCodeText.h"
+#include "fields/FieldImpl.h"
+#include "fields/FieldResult.h"
+
+ACRX_DEFINE_MEMBERS(AcDbField, AcDbObject)
+
+namespace {
+
+constexpr wchar_t kNoValue[] = L"####";
+constexpr int kOptionBits = AcDbField::kAutomatic;
+
+ACHAR* NewText(const std::wstring& text) {
+    auto* copy = new ACHAR[text.size() + 1];
+    std::wmemcpy(copy, text.c_str(), text.size() + 1);
+    return copy;
+}
+
+// The code under the flags, children composed into their places.
+std::wstring Compose(const AcDbField& field, int flags) {
+    const AcDbField::Impl& m = field.impl();
+    if (flags & AcDbField::kEvaluatedText) return field.getValue();
+    if (!m.hasCode) return std::wstring();
+    std::wstring body;
+    body.reserve(m.code.size());
+    for (size_t i = 0; i < m.code.size();) {
+        auto place = cadhost::ChildPlaceAt(m.code, i);
+        if (!place || place->first >= m.children.size() || (flags & AcDbField::kPreserveFields)) {
+            size_t length = place ? place->second : 1;
+            body.append(m.code, i, length);
+            i += length;
+            continue;
+        }
+        cadhost::ChildAccess child(m.children[place->first], AcDb::kForRead);
+        if (child.get()) {
+            body += (flags & AcDbField::kEvaluatedChildren)
+                        ? std::wstring(child.get()->getValue())
+                        : Compose(*child.get(), (flags | AcDbField::kAddMarkers) & ~AcDbField::kEscapeBackslash);
+        }
+        i += place->second;
+    }
+    if (m.textField) return body;
+    if (!m.format.empty() && !(flags & AcDbField::kStripOptions)) body += L" \\f \"" + m.format + L"\"";
+    if (flags & AcDbField::kAddMarkers) body = L"%<" + body + L">%";
+    return body;
+}
+
+std::wstring EscapeBackslashes(const std::wstring& text) {
+    std::wstring out;
+    out.reserve(text.size());
+    for (wchar_t c : text) {
+        out += c;
+        if (c == L'\\') out += c;
+    }
+    return out;
+}
+
+// New child fields for parsed codes; supplied children are taken from the
+// caller's array. Answers false, having made nothing, when a supplied child
+// is missing.
+bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* supplied) {
+    for (const auto& child : code.children) {
+        if (child.suppliedChild) {
+            if (!supplied || *child.suppliedChild >= static_cast<size_t>(supplied->length()) ||
+                !(*supplied)[static_cast<int>(*child.suppliedChild)])
+                return false;
+        } else if (!CheckSupplied(child, supplied)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* supplied);
+
+AcDbField* MakeChild(const cadhost::ParsedCode& code, AcDbFieldArray* supplied) {
+    if (code.suppliedChild) return (*supplied)[static_cast<int>(*code.suppliedChild)];
+    auto* child = new AcDbField;
+    Adopt(child->impl(), code, supplied);
+    return child;
+}
+
+void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* supplied) {
+    m.DropChildren();
+    m.evaluatorId = code.evaluatorId;
+    m.code = code.code;
+    m.format = code.format;
+    m.hasCode = true;
+    m.unreadable = false;
+    m.textField = _wcsicmp(code.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
+    for (const auto& child : code.children) {
+        AcDbField* made = MakeChild(child, supplied);
+        // A supplied child may live in a database already.
+        if (made->objectId().isNull()) m.children.push_back({made, AcDbObjectId()});
+        else m.children.push_back({nullptr, made->objectId()});
+    }
+    m.status = AcDbField::kNotYetEvaluated;
+    m.errorCode = 0;
+    m.errorMessage.clear();
+    m.compiled = false;
+    m.value.reset();
+    m.evaluatorText.reset();
+}
+
+// Children that the field holds go into the field's database, owned by it.
+Acad::ErrorStatus PostChildren(AcDbField& field, AcDbDatabase* database) {
+    AcDbField::Impl& m = field.impl();
+    for (auto& child : m.children) {
+        if (!child.held) continue;
+        Acad::ErrorStatus es = child.held->postInDatabase(database);
+        if (es != Acad::eOk) return es;
+        child.held->setOwnerId(field.objectId());
+        child.id = child.held->objectId();
+        child.held->close();  // posted open for write; the field reaches it by id from now on
+        child.held = nullptr;
+    }
+    return Acad::eOk;
+}
+
+void EraseChildrenInDatabase(const std::vector<AcDbField::Impl::Child>& children) {
+    for (const auto& child : children) {
+        AcDbField* field = nullptr;
+        if (child.held || acdbOpenObject(field, child.id, AcDb::kForWrite) != Acad::eOk) continue;
+        field->erase();
+        field->close();
+    }
+}
+
+}  // namespace
+
+AcDbField::Impl::~Impl() { DropChildren(); }
+
+void AcDbField::Impl::DropChildren() {
+    for (auto& child : children) delete child.held;
+    children.clear();
+}
+
+AcDbField::AcDbField() : m_impl(new Impl) {}
+
+AcDbField::AcDbField(const ACHAR* fieldCode, bool textField) : m_impl(new Impl) {
+    setFieldCode(fieldCode, textField ? kTextField : FieldCodeFlag(0));
+}
+
+AcDbField::~AcDbField() { delete m_impl; }
+
+Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag flags, AcDbFieldArray* childFields) {
+    Acad::ErrorStatus es = assertWriteEnabled();
+    if (es != Acad::eOk) return es;
+    if (!fieldCode) return Acad::eNullObjectPointer;
+    std::wstring error;
+    bool places = childFields != nullptr;
+    std::optional<cadhost::ParsedCode> parsed = (flags & kTextField)
+                                                    ? cadhost::ParseTextWithFields(fieldCode, error, places)
+                                                    : cadhost::ParseFieldCode(fieldCode, error, places);
+    if (!parsed || !CheckSupplied(*parsed, childFields)) return Acad::eInvalidInput;
+    std::vector<Impl::Child> old;
+    old.swap(m_impl->children);
+    Adopt(*m_impl, *parsed, childFields);
+    // Children that went out of the code go out of the drawing, unless
+    // they were handed in again.
+    std::erase_if(old, [this](const Impl::Child& child) {
+        return !child.held && std::any_of(m_impl->children.begin(), m_impl->children.end(),
+                                          [&child](const Impl::Child& kept) { return kept.id == child.id; });
+    });
+    EraseChildrenInDatabase(old);
+    for (auto& child : old) delete child.held;
+    if (AcDbDatabase* db = database()) return PostChildren(*this, db);
+    return Acad::eOk;
+}
+
+const ACHAR* AcDbField::getFieldCode(FieldCodeFlag flags, AcDbFieldArray* childFields, AcDb::OpenMode mode) const {
+    int wanted = flags == 0 ? kFieldCode : flags;
+    std::wstring text = Compose(*this, wanted);
+    m_impl->codeText = (wanted & kEscapeBackslash) ? EscapeBackslashes(text) : text;
+    if (childFields) {
+        for (const auto& child : m_impl->children) {
+            AcDbField* field = child.held;
+            if (!field && acdbOpenObject(field, child.id, mode) != Acad::eOk) field = nullptr;
+            if (field) childFields->append(field);
+        }
+    }
+    return m_impl->codeText.c_str();
+}
+
+Acad::ErrorStatus AcDbField::getFieldCode(ACHAR*& fieldCode, FieldCodeFlag flags, AcDbFieldArray* childFields,
+                                          AcDb::OpenMode mode) const {
+    fieldCode = NewText(getFieldCode(flags, childFields, mode));
+    return Acad::eOk;
+}
+
+const ACHAR* AcDbField::evaluatorId() const { return m_impl->evaluatorId.c_str(); }
+
+Acad::ErrorStatus AcDbField::setEvaluatorId(const ACHAR* id) {
+    Acad::ErrorStatus es = assertWriteEnabled();
+    if (es != Acad::eOk) return es;
+    if (!id || !cadhost::IsEvaluatorId(id)) return Acad::eInvalidInput;
+    Impl& m = *m_impl;
+    if (m.hasCode && !m.textField) {
+        size_t end = m.code.find_first_of(L" \t\r\n");
+        m.code = L"\\" + std::wstring(id) + (end == std::wstring::npos ? L"" : m.code.substr(end));
+    } else if (!m.hasCode) {
+        m.code = L"\\" + std::wstring(id);
+        m.hasCode = true;
+    }
+    m.evaluatorId = id;
+    m.textField = _wcsicmp(id, cadhost::kTextEvaluatorId) == 0;
+    m.compiled = false;
+    return Acad::eOk;
+}
+
+bool AcDbField::isTextField() const { return m_impl->textField; }
+
+const ACHAR* AcDbField::getFormat() const { return m_impl->format.c_str(); }
+
+Acad::ErrorStatus AcDbField::getFormat(ACHAR*& format) const {
+    format = NewText(m_impl->format);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbField::setFormat(const ACHAR* format) {
+    Acad::ErrorStatus es = assertWriteEnabled();
+    if (es != Acad::eOk) return es;
+    m_impl->format = format ? format : L"";
+    m_impl->evaluatorText.reset();
+    return Acad::eOk;
+}
+
+AcDbField::EvalStatus AcDbField::evaluationStatus(int* errorCode, ACHAR** errorMessage) const {
+    if (errorCode) *errorCode = m_impl->errorCode;
+    if (errorMessage) *errorMessage = NewText(m_impl->errorMessage);
+    return m_impl->status;
+}
+
+AcDbField::EvalOption AcDbField::evaluationOption() const { return static_cast<EvalOption>(m_impl->option); }
+
+Acad::ErrorStatus AcDbField::setEvaluationOption(EvalOption option) {
+    Acad::ErrorStatus es = assertWriteEnabled();
+    if (es != Acad::eOk) return es;
+    if (static_cast<int>(option) & ~kOptionBits) return Acad::eInvalidInput;
+    m_impl->option = option;
+    return Acad::eOk;
+}
+
+AcDbField::State AcDbField::state() const {
+    const Impl& m = *m_impl;
+    int state = 0;
+    if (m.hasCode) state |= kInitialized;
+    if (m.compiled) state |= kCompiled;
+    if (m.status != kNotYetEvaluated) state |= kEvaluated;
+    if (m.value) state |= kHasCache;
+    if (m.evaluatorText) state |= kHasFormattedString;
+    return static_cast<State>(state);
+}
+
+Acad::ErrorStatus AcDbField::evaluate(int context, AcDbDatabase* db, int* numFound, int* numEvaluated) {
+    int found = 0, evaluated = 0;
+    Acad::ErrorStatus es = cadhost::EvaluateField(*this, context, db ? db : database(), found, evaluated);
+    if (numFound) *numFound = found;
+    if (numEvaluated) *numEvaluated = evaluated;
+    return es;
+}
+
+Acad::ErrorStatus AcDbField::getValue(AcFdFieldValue& value) const {
+    if (!m_impl->value || m_impl->status != kSuccess) return Acad::eNotApplicable;
+    value = *m_impl->value;
+    return Acad::eOk;
+}
+
+const ACHAR* AcDbField::getValue() const {
+    const Impl& m = *m_impl;
+    m.valueText = kNoValue;
+    if (m.status == kSuccess && m.evaluatorText) {
+        m.valueText = *m.evaluatorText;
+    } else if (m.status == kSuccess && m.value) {
+        ACHAR* text = nullptr;
+        if (m.value->format(m.format.empty() ? nullptr : m.format.c_str(), text) && text) m.valueText = text;
+        if (text) acutDelBuffer(text);
+    }
+    return m.valueText.c_str();
+}
+
+Acad::ErrorStatus AcDbField::getValue(ACHAR*& value) const {
+    value = NewText(getValue());
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbField::getData(const ACHAR* key, AcFdFieldValue* data) const {
+    if (!key || !*key) return Acad::eInvalidInput;
+    for (const auto& item : m_impl->data) {
+        if (item.first != key) continue;
+        if (data) *data = item.second;
+        return Acad::eOk;
+    }
+    return Acad::eKeyNotFound;
+}
+
+Acad::ErrorStatus AcDbField::setData(const ACHAR* key, const AcFdFieldValue* data, bool recursive) {
+    Acad::ErrorStatus es = assertWriteEnabled();
+    if (es != Acad::eOk) return es;
+    if (!key || !*key) return Acad::eInvalidInput;
+    auto& items = m_impl->data;
+    auto it = std::find_if(items.begin(), items.end(), [key](const auto& item) { return item.first == key; });
+    if (!data) {
+        es = it == items.end() ? Acad::eKeyNotFound : Acad::eOk;
+        if (it != items.end()) items.erase(it);
+    } else if (it != items.end()) {
+        it->second = *data;
+    } else {
+        items.emplace_back(key, *data);
+    }
+    if (recursive) {
+        for (const auto& child : m_impl->children) {
+            cadhost::ChildAccess access(child, AcDb::kForWrite);
+            if (access.get()) access.get()->setData(key, data, true);
+        }
+    }
+    return es;
+}
+
+int AcDbField::dataCount() const { return static_cast<int>(m_impl->data.size()); }
+
+const ACHAR* AcDbField::dataKey(int index) const {
+    if (index < 0 || index >= dataCount()) return nullptr;
+    return m_impl->data[static_cast<size_t>(index)].first.c_str();
+}
+
+int AcDbField::childCount() const { return static_cast<int>(m_impl->children.size()); }
+
+Acad::ErrorStatus AcDbField::getChild(int index, AcDbField*& field, AcDb::OpenMode mode) {
+    field = nullptr;
+    if (index < 0 || index >= childCount()) return Acad::eInvalidIndex;
+    const Impl::Child& child = m_impl->children[static_cast<size_t>(index)];
+    if (child.held) {
+        field = child.held;
+        return Acad::eOk;
+    }
+    return acdbOpenObject(field, child.id, mode);
+}
+
+Acad::ErrorStatus AcDbField::postInDatabase(AcDbDatabase* db) {
+    if (!db) return Acad::eNoDatabase;
+    if (!objectId().isNull()) return Acad::eAlreadyInDb;
+    AcDbObjectId id;
+    Acad::ErrorStatus es = db->addAcDbObject(id, this);
+    if (es != Acad::eOk) return es;
+    return PostChildren(*this, db);
+}
+
+Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* propertyName) {
+    if (!object || !propertyName || !*propertyName) return Acad::eInvalidInput;
+    if (!objectId().isNull()) return Acad::eAlreadyInDb;
+    AcDbDatabase* db = object->database();
+    if (!db) return Acad::eNotInDatabase;
+    if (!object->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (object->extensionDictionary().isNull()) {
+        Acad::ErrorStatus es = object->createExtensionDictionary();
+        if (es != Acad::eOk) return es;
+    }
+    AcDbDictionary* extension = nullptr;
+    Acad::ErrorStatus es = acdbOpenObject(extension, object->extensionDictionary(), AcDb::kForWrite);
+    if (es != Acad::eOk) return es;
+    AcDbObjectId fieldsId;
+    if (extension->getAt(L"ACAD_FIELD", fieldsId) != Acad::eOk) {
+        auto* fields = new AcDbDictionary;
+        es = extension->setAt(L"ACAD_FIELD", fields, fieldsId);
+        if (es != Acad::eOk) {
+            delete fields;
+            extension->close();
+            return es;
+        }
+        fields->close();  // added open for write; opened again below
+    }
+    extension->close();
+    AcDbDictionary* fields = nullptr;
+    es = acdbOpenObject(fields, fieldsId, AcDb::kForWrite);
+    if (es != Acad::eOk) return es;
+    AcDbObjectId oldId;
+    bool replacing = fields->getAt(propertyName, oldId) == Acad::eOk;
+    AcDbObjectId id;
+    es = fields->setAt(propertyName, this, id);
+    fields->close();
+    if (es != Acad::eOk) return es;
+    if (replacing && oldId != id) {
+        AcDbField* old = nullptr;
+        if (acdbOpenObject(old, oldId, AcDb::kForWrite) == Acad::eOk) {
+            EraseChildrenInDatabase(old->impl().children);
+            old->erase();
+            old->close();
+        }
+    }
+    return PostChildren(*this, db);
+}

@@ -1,0 +1,195 @@
+#include "fields/FieldCodeText.h"
+
+#include <cwctype>
+
+namespace cadhost {
+namespace {
+
+constexpr wchar_t kOpen[] = L"%<";
+constexpr wchar_t kClose[] = L">%";
+
+bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
+
+bool OpensAt(const std::wstring& text, size_t pos) {
+    return pos + 1 < text.size() && text[pos] == L'%' && text[pos + 1] == L'<';
+}
+
+bool ClosesAt(const std::wstring& text, size_t pos) {
+    return pos + 1 < text.size() && text[pos] == L'>' && text[pos + 1] == L'%';
+}
+
+std::wstring Trimmed(const std::wstring& text) {
+    size_t first = 0, last = text.size();
+    while (first < last && IsBlank(text[first])) ++first;
+    while (last > first && IsBlank(text[last - 1])) --last;
+    return text.substr(first, last - first);
+}
+
+// The position just behind the ">%" that closes the "%<" at open, counting
+// codes inside; npos when the text ends first.
+size_t MatchingClose(const std::wstring& text, size_t open) {
+    int depth = 0;
+    for (size_t i = open; i + 1 < text.size();) {
+        if (OpensAt(text, i)) {
+            ++depth;
+            i += 2;
+        } else if (ClosesAt(text, i)) {
+            if (--depth == 0) return i + 2;
+            i += 2;
+        } else {
+            ++i;
+        }
+    }
+    return std::wstring::npos;
+}
+
+bool IsIdCharacter(wchar_t c) {
+    return !IsBlank(c) && c != L'\\' && c != L'"' && c != L'<' && c != L'>' && c != L'%';
+}
+
+class Reader {
+public:
+    Reader(std::wstring& error, bool placesAllowed) : m_error(error), m_placesAllowed(placesAllowed) {}
+
+    std::optional<ParsedCode> Code(const std::wstring& text, int depth) {
+        if (depth > kMaxFieldNesting) return Fail(L"fields stand inside each other too deeply");
+        std::wstring body = Trimmed(text);
+        if (body.empty()) return Fail(L"the field code is empty");
+        if (OpensAt(body, 0)) {
+            size_t end = MatchingClose(body, 0);
+            if (end == std::wstring::npos) return Fail(L"the field code lacks its closing >%");
+            if (end != body.size()) return Fail(L"text follows the closing >% of the field code");
+            body = body.substr(2, body.size() - 4);
+        }
+        if (body.empty() || body[0] != L'\\') return Fail(L"a field code begins with a backslash and its evaluator id");
+        size_t idEnd = 1;
+        while (idEnd < body.size() && !IsBlank(body[idEnd])) ++idEnd;
+        ParsedCode code;
+        code.evaluatorId = body.substr(1, idEnd - 1);
+        if (code.evaluatorId.empty()) return Fail(L"the field code names no evaluator");
+        if (!IsEvaluatorId(code.evaluatorId))
+            return Fail(L"the evaluator id \"" + code.evaluatorId + L"\" holds a character that no id may hold");
+        std::wstring rest = body.substr(idEnd);
+        if (code.evaluatorId == kChildPlaceEvaluatorId) {
+            if (!m_placesAllowed) return Fail(L"a child field's place stands where no child fields were given");
+            std::wstring digits = Trimmed(rest);
+            if (digits.empty() || digits.size() > 6) return Fail(L"a child field's place needs its number");
+            size_t n = 0;
+            for (wchar_t c : digits) {
+                if (c < L'0' || c > L'9') return Fail(L"a child field's place needs its number");
+                n = n * 10 + static_cast<size_t>(c - L'0');
+            }
+            code.suppliedChild = n;
+            code.code = L"\\" + code.evaluatorId + rest;
+            return code;
+        }
+        // Children first, so that an option of a child is not taken for ours.
+        std::optional<std::wstring> arguments = Children(rest, code.children, depth);
+        if (!arguments || !SplitFormat(*arguments, code.format)) return std::nullopt;
+        code.code = L"\\" + code.evaluatorId + *arguments;
+        return code;
+    }
+
+    std::optional<ParsedCode> Text(const std::wstring& text) {
+        ParsedCode code;
+        code.evaluatorId = kTextEvaluatorId;
+        std::optional<std::wstring> withPlaces = Children(text, code.children, 0);
+        if (!withPlaces) return std::nullopt;
+        code.code = *withPlaces;
+        return code;
+    }
+
+private:
+    std::nullopt_t Fail(const std::wstring& why) {
+        if (m_error.empty()) m_error = why;
+        return std::nullopt;
+    }
+
+    // Takes a trailing \f "..." option off the arguments. The option is the
+    // first blank-framed \f followed by a quote; its text runs to the last
+    // character, which must be the closing quote.
+    bool SplitFormat(std::wstring& arguments, std::wstring& format) {
+        for (size_t i = 0; i + 2 < arguments.size(); ++i) {
+            if (!IsBlank(arguments[i]) || arguments[i + 1] != L'\\' || arguments[i + 2] != L'f') continue;
+            size_t q = i + 3;
+            if (q < arguments.size() && !IsBlank(arguments[q])) continue;
+            while (q < arguments.size() && IsBlank(arguments[q])) ++q;
+            if (q >= arguments.size() || arguments[q] != L'"') continue;
+            size_t last = arguments.size();
+            while (last > q + 1 && IsBlank(arguments[last - 1])) --last;
+            if (last <= q + 1 || arguments[last - 1] != L'"') {
+                Fail(L"the \\f option must be last, its format in double quotes");
+                return false;
+            }
+            format = arguments.substr(q + 1, last - q - 2);
+            size_t keep = i;
+            while (keep > 0 && IsBlank(arguments[keep - 1])) --keep;
+            arguments.erase(keep);
+            return true;
+        }
+        return true;
+    }
+
+    // Replaces each code inside the text by the place of a new child.
+    std::optional<std::wstring> Children(const std::wstring& text, std::vector<ParsedCode>& children, int depth) {
+        std::wstring out;
+        out.reserve(text.size());
+        size_t i = 0;
+        while (i < text.size()) {
+            if (!OpensAt(text, i) || i + 2 >= text.size() || text[i + 2] != L'\\') {
+                out += text[i++];
+                continue;
+            }
+            size_t end = MatchingClose(text, i);
+            if (end == std::wstring::npos) return Fail(L"a field code inside the text lacks its closing >%");
+            std::optional<ParsedCode> child = Code(text.substr(i, end - i), depth + 1);
+            if (!child) return std::nullopt;
+            out += ChildPlace(children.size());
+            children.push_back(std::move(*child));
+            i = end;
+        }
+        return out;
+    }
+
+    std::wstring& m_error;
+    bool m_placesAllowed;
+};
+
+}  // namespace
+
+bool IsEvaluatorId(const std::wstring& text) {
+    if (text.empty()) return false;
+    for (wchar_t c : text) {
+        if (!IsIdCharacter(c)) return false;
+    }
+    return true;
+}
+
+std::wstring ChildPlace(size_t index) {
+    return std::wstring(kOpen) + L"\\" + kChildPlaceEvaluatorId + L" " + std::to_wstring(index) + kClose;
+}
+
+std::optional<std::pair<size_t, size_t>> ChildPlaceAt(const std::wstring& text, size_t pos) {
+    static const std::wstring head = std::wstring(kOpen) + L"\\" + kChildPlaceEvaluatorId + L" ";
+    if (text.compare(pos, head.size(), head) != 0) return std::nullopt;
+    size_t i = pos + head.size();
+    size_t n = 0, digits = 0;
+    while (i < text.size() && text[i] >= L'0' && text[i] <= L'9' && digits < 9) {
+        n = n * 10 + static_cast<size_t>(text[i] - L'0');
+        ++i, ++digits;
+    }
+    if (digits == 0 || !ClosesAt(text, i)) return std::nullopt;
+    return std::make_pair(n, i + 2 - pos);
+}
+
+std::optional<ParsedCode> ParseFieldCode(const std::wstring& text, std::wstring& error, bool placesAllowed) {
+    error.clear();
+    return Reader(error, placesAllowed).Code(text, 0);
+}
+
+std::optional<ParsedCode> ParseTextWithFields(const std::wstring& text, std::wstring& error, bool placesAllowed) {
+    error.clear();
+    return Reader(error, placesAllowed).Text(text);
+}
+
+}  // namespace cadhost

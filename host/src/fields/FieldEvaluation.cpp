@@ -1,0 +1,103 @@
+#include <adslib.h>
+
+#include "fields/FieldImpl.h"
+#include "fields/FieldResult.h"
+
+ACRX_DEFINE_MEMBERS(AcFdFieldResult, AcRxObject)
+
+AcFdFieldResult::~AcFdFieldResult() = default;
+
+// The base result keeps nothing; the host hands evaluators its own.
+Acad::ErrorStatus AcFdFieldResult::setFieldValue(const AcValue*) { return Acad::eNotApplicable; }
+Acad::ErrorStatus AcFdFieldResult::setEvaluationStatus(int, int, const ACHAR*) { return Acad::eNotApplicable; }
+
+namespace cadhost {
+namespace {
+
+constexpr int kKnownStatuses = AcDbField::kNotYetEvaluated | AcDbField::kSuccess | AcDbField::kEvaluatorNotFound |
+                               AcDbField::kSyntaxError | AcDbField::kInvalidCode | AcDbField::kInvalidContext |
+                               AcDbField::kOtherError;
+constexpr int kKnownContexts = static_cast<int>(AcDbField::kAutomatic) | static_cast<int>(AcDbField::kPreview);
+
+// One status bit; anything else an evaluator reports counts as an error of
+// its own.
+bool IsOneStatus(int status) { return status > 0 && (status & kKnownStatuses) == status && (status & (status - 1)) == 0; }
+
+Acad::ErrorStatus Fail(AcDbField::Impl& m, int status, const std::wstring& message, int errorCode = 0,
+                       Acad::ErrorStatus es = Acad::eInvalidInput) {
+    m.status = static_cast<AcDbField::EvalStatus>(status);
+    m.errorCode = errorCode;
+    m.errorMessage = message;
+    m.value.reset();
+    m.evaluatorText.reset();
+    return es == Acad::eOk ? Acad::eInvalidInput : es;
+}
+
+}  // namespace
+
+Acad::ErrorStatus FieldResult::setFieldValue(const AcValue* newValue) {
+    if (!newValue) return Acad::eNullObjectPointer;
+    value = AcFdFieldValue(*newValue);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus FieldResult::setEvaluationStatus(int newStatus, int newErrorCode, const ACHAR* newMessage) {
+    status = newStatus;
+    errorCode = newErrorCode;
+    message = newMessage ? newMessage : L"";
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus EvaluateField(AcDbField& field, int context, AcDbDatabase* database, int& found, int& evaluated) {
+    if (!field.isWriteEnabled()) return Acad::eNotOpenForWrite;
+    AcDbField::Impl& m = field.impl();
+    ++found;
+    for (const auto& child : m.children) {
+        ChildAccess access(child, AcDb::kForWrite);
+        if (access.get()) EvaluateField(*access.get(), context, database, found, evaluated);
+    }
+    if (context <= 0 || (context & ~kKnownContexts))
+        return Fail(m, AcDbField::kInvalidContext, L"The evaluation context is not one the host knows.");
+    if (!(context & AcDbField::kPreview) && !(context & m.option)) return Acad::eOk;
+
+    if (m.unreadable) return Fail(m, AcDbField::kSyntaxError, L"The field code cannot be read.");
+    if (!m.hasCode) return Fail(m, AcDbField::kInvalidCode, L"The field has no code.");
+    AcFdFieldEngine* engine = acdbGetFieldEngine();
+    const ACHAR* id = m.evaluatorId.c_str();
+    AcFdFieldEvaluator* evaluator = engine ? engine->findEvaluator(&field, id) : nullptr;
+    if (!evaluator)
+        return Fail(m, AcDbField::kEvaluatorNotFound, L"No evaluator is registered for \"" + m.evaluatorId + L"\".", 0,
+                    Acad::eNotApplicable);
+    ++evaluated;
+
+    FieldResult result;
+    if (!m.compiled) {
+        evaluator->initialize(&field);
+        Acad::ErrorStatus es = evaluator->compile(&field, database, &result);
+        if (es != Acad::eOk || (result.status && *result.status != AcDbField::kSuccess)) {
+            int status = result.status && IsOneStatus(*result.status) && *result.status != AcDbField::kSuccess
+                             ? *result.status
+                             : AcDbField::kInvalidCode;
+            return Fail(m, status, result.message, result.errorCode, es);
+        }
+        m.compiled = true;
+        result.status.reset();
+    }
+
+    Acad::ErrorStatus es = evaluator->evaluate(&field, context, database, &result);
+    int status = result.status ? *result.status : (es == Acad::eOk ? AcDbField::kSuccess : AcDbField::kOtherError);
+    if (!IsOneStatus(status) || (status == AcDbField::kSuccess && es != Acad::eOk)) status = AcDbField::kOtherError;
+    if (status != AcDbField::kSuccess) return Fail(m, status, result.message, result.errorCode, es);
+
+    m.status = AcDbField::kSuccess;
+    m.errorCode = 0;
+    m.errorMessage.clear();
+    m.value = result.value ? *result.value : AcFdFieldValue();
+    m.evaluatorText.reset();
+    ACHAR* text = nullptr;
+    if (evaluator->format(&field, text) == Acad::eOk && text) m.evaluatorText = std::wstring(text);
+    if (text) acutDelBuffer(text);
+    return Acad::eOk;
+}
+
+}  // namespace cadhost

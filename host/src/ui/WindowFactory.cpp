@@ -1,0 +1,60 @@
+#include "ui/WindowFactory.h"
+
+#include <tchar.h>
+
+#include "ui/TextMetric.h"
+
+namespace cadhost::ui {
+
+WindowKind KindOfClass(const std::wstring& className) {
+    struct Known {
+        const wchar_t* name;
+        WindowKind kind;
+    };
+    static const Known known[] = {{L"Button", WindowKind::Button},   {L"Static", WindowKind::Static},
+                                  {L"Edit", WindowKind::Edit},       {L"ListBox", WindowKind::ListBox},
+                                  {L"ComboBox", WindowKind::ComboBox}, {L"ScrollBar", WindowKind::ScrollBar},
+                                  {L"#32770", WindowKind::Dialog}};
+    for (const Known& k : known) {
+        if (_wcsicmp(className.c_str(), k.name) == 0) return k.kind;
+    }
+    return WindowKind::Window;
+}
+
+RECT FrameOf(DWORD style, DWORD exStyle, WindowKind kind) {
+    int edge = 0;
+    int caption = 0;
+    if ((style & WS_CAPTION) == WS_CAPTION) caption = GetSystemMetrics(SM_CYCAPTION);
+    if (style & WS_THICKFRAME) edge = GetSystemMetrics(SM_CXFRAME);
+    else if ((style & WS_DLGFRAME) || (kind == WindowKind::Dialog && (style & DS_MODALFRAME)) ||
+             (exStyle & WS_EX_DLGMODALFRAME))
+        edge = GetSystemMetrics(SM_CXDLGFRAME);
+    else if (style & WS_BORDER) edge = GetSystemMetrics(SM_CXBORDER);
+    if (exStyle & WS_EX_CLIENTEDGE) edge += GetSystemMetrics(SM_CXEDGE);
+    RECT frame{edge, edge + caption, edge, edge};
+    return frame;
+}
+
+HWND MakeWindow(Desktop& desktop, const WindowSpec& spec) {
+    HWND parent = desktop.IsWindow(spec.parent) ? spec.parent : nullptr;
+    if ((spec.style & WS_CHILD) && !parent) return nullptr;
+    WindowKind kind = KindOfClass(spec.className);
+    HWND window = desktop.NewWindow(kind, spec.className);
+    window->text = spec.text;
+    window->style = spec.style;
+    window->exStyle = spec.exStyle;
+    window->rect = spec.rect;
+    window->id = spec.id;
+    window->frame = FrameOf(spec.style, spec.exStyle, kind);
+    window->font = spec.font ? spec.font : desktop.gdi().StockFont(SYSTEM_FONT);
+    if (desktop.gdi().IsFont(window->font)) {
+        SIZE units = DialogBaseUnits(window->font->logFont);
+        window->baseX = units.cx;
+        window->baseY = units.cy;
+    }
+    if (spec.style & WS_CHILD) desktop.SetParent(window, parent);
+    else window->owner = parent;
+    return window;
+}
+
+}  // namespace cadhost::ui

@@ -1,0 +1,50 @@
+// Ids of the module's resources: the option page templates, their
+// controls, and the menu of recent files.
+#pragma once
+
+// Option page templates.
+#define IDD_LENGTH_PAGE 102
+#define IDD_AREA_PAGE 104
+#define IDD_BLOCKCOUNT_PAGE 105
+#define IDD_EXCEL_PAGE 213
+#define IDD_TABLECELL_PAGE 215
+#define IDD_TEXTFILE_PAGE 216
+
+// The Objects Area and Objects Length pages.
+#define IDC_OBJECT_LIST 101
+#define IDC_PREVIEW 104
+#define IDC_UNITS_LIST 105
+#define IDC_ADDITIONAL_FORMAT 107
+#define IDC_SELECT_OBJECTS 203
+#define IDC_REMOVE_OBJECT 204
+#define IDC_PRECISION 207
+#define IDC_OBJECT_FILTER 234
+
+// The Block Count page; 104 and 107 as above.
+#define IDC_NESTED_BLOCKS 102
+#define IDC_SOURCE_DRAWING 103
+#define IDC_SOURCE_WINDOW 105
+#define IDC_BLOCK_FILTER 119
+#define IDC_PICK_WINDOW 203
+#define IDC_BLOCK_LIST 207
+#define IDC_CHECK_ALL 210
+#define IDC_UNCHECK_ALL 211
+
+// The Excel Cell and Text File pages.
+#define IDC_WORKSHEET 100
+#define IDC_RECENT_FILES 101
+#define IDC_PATH 200
+#define IDC_BROWSE 201
+#define IDC_ROW 205
+#define IDC_PATH_TYPE 206
+#define IDC_COLUMN 276
+#define IDC_ACTIVE_CELL 277
+
+// The Table Cell page; 104 is its preview.
+#define IDC_PICK_CELL 200
+#define IDC_CELL_NAME 202
+
+// The popup menu of recent files and the commands of its entries.
+#define IDR_RECENT_FILES_MENU L"029DA631-CAF4-4096-984F-808D80049830"
+#define ID_RECENT_FILE_FIRST 32769
+#define ID_RECENT_FILE_LAST 32777

@@ -1,0 +1,39 @@
+// Ids of the test module's resources.
+#pragma once
+
+#define IDD_LAB 300
+#define IDD_NESTED 301
+#define IDD_PAGE_HOST 302
+#define IDD_LAB_PAGE 303
+
+#define IDC_NAME 1001
+#define IDC_ECHO 1002
+#define IDC_SORTED 1003
+#define IDC_TICKS 1004
+#define IDC_CHOICE 1005
+#define IDC_TYPED 1006
+#define IDC_FLAG 1007
+#define IDC_FIRST_WAY 1008
+#define IDC_SECOND_WAY 1009
+#define IDC_THIRD_WAY 1010
+#define IDC_NESTED 1011
+#define IDC_ASK 1012
+#define IDC_BROWSE 1013
+#define IDC_MENU 1014
+#define IDC_NUMBER 1015
+#define IDC_HIDDEN 1016
+#define IDC_DISABLED 1017
+#define IDC_NOTES 1018
+#define IDC_COUNT 1019
+
+#define IDC_NESTED_TEXT 1101
+#define IDC_PAGE_TEXT 1201
+#define IDC_PAGE_BUTTON 1202
+
+#define IDR_LAB_MENU 310
+#define ID_LAB_FIRST 40001
+#define ID_LAB_SECOND 40002
+#define ID_LAB_OFF 40003
+
+#define IDS_GREETING 1
+#define IDS_FAREWELL 17
