@@ -22,7 +22,8 @@
 //         out.Text(1, ...);
 //     }
 //     const bool registered = cadhost::dxf::RegisterClass({"FIELD", AcDbField::desc, [] { ... new AcDbField; },
-//                                                          ReadField, nullptr, WriteField, ...});
+//                                                          ReadField, nullptr, WriteField, "AcDbField",
+//                                                          "ObjectDBX Classes", 1152, false, "AcDbField"});
 #pragma once
 
 #include <dbmain.h>
@@ -69,6 +70,11 @@ struct ClassIo {
     std::string_view appName;             // "ObjectDBX Classes"
     int proxyFlags = 0;
     bool isEntity = false;
+    // The subclass markers the write function writes, in order, separated
+    // by "|" ("AcDbCircle|AcDbArc"). The reader counts them itself (the read
+    // function still sees them), also where a file left one out, so that
+    // kept groups keep their place.
+    std::string_view markers;
 };
 
 // Registers a class; a later registration of the same name replaces the

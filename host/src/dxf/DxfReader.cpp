@@ -303,9 +303,23 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     owned.release();
     id.stub()->fromFile = true;
 
+    // The subclass markers the object's writer writes, in order; from 2000
+    // on the reader counts them, and counts one the file left out where a
+    // later one shows that it was passed.
+    std::vector<std::string_view> markers;
+    if (isEntity) markers.push_back("AcDbEntity");
+    for (std::string_view list = io ? io->markers : std::string_view(); !list.empty();) {
+        size_t bar = list.find('|');
+        markers.push_back(list.substr(0, bar));
+        list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
+    }
+    size_t nextMarker = 0;
+    int lastTaken = -1;  // the code of the group the class took just before, else -1
     bool handleSeen = false, markerSeen = false, layerSeen = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         Group g = At(i);
+        int previous = lastTaken;
+        lastTaken = -1;
         if (g.code >= 1000) {
             if (g.code == 1001 || g.code == 999) {
                 if (!ReadXData(i, *object)) {
@@ -320,24 +334,35 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             continue;
         }
         if (g.code == 102) {
-            // An application's group: the extension dictionary is the
-            // host's; any other is kept whole.
-            size_t end = i + 1;
-            while (end < m_groups.size() && !(m_groups[end].code == 102 && At(end).value == "}")) ++end;
-            if (g.value == "{ACAD_XDICTIONARY" && end < m_groups.size()) {
+            // An application's group, "{NAME" to "}": the extension
+            // dictionary is the host's; any other is kept whole. A 102 that
+            // opens nothing, or opens and never closes, is kept alone.
+            size_t end = m_groups.size();
+            if (!g.value.empty() && g.value[0] == '{') {
+                for (size_t k = i + 1; k < m_groups.size(); ++k) {
+                    if (m_groups[k].code == 102) {
+                        if (At(k).value == "}") end = k;
+                        break;
+                    }
+                }
+            }
+            if (end == m_groups.size()) {
+                m_kept.Add(m_count, g.code, g.value);
+                continue;
+            }
+            if (g.value == "{ACAD_XDICTIONARY") {
                 for (size_t k = i + 1; k < end; ++k) {
                     Group inner = At(k);
                     if (inner.code == 360) object->mutableExtras().extensionDictionary = Id(inner);
                 }
                 m_count += static_cast<uint32_t>(end - i + 1);
             } else {
-                size_t stop = end < m_groups.size() ? end : m_groups.size() - 1;
-                for (size_t k = i; k <= stop; ++k) {
+                for (size_t k = i; k <= end; ++k) {
                     Group inner = At(k);
                     m_kept.Add(m_count, inner.code, inner.value);
                 }
             }
-            i = end < m_groups.size() ? end : m_groups.size();
+            i = end;
             continue;
         }
         if (!markerSeen && !handleSeen && g.code == handleCode) {
@@ -354,6 +379,20 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         if (g.code == 100) {
             markerSeen = true;
             m_sawMarkers = true;
+            if (!m_file.IsR12()) {
+                size_t j = nextMarker;
+                while (j < markers.size() && markers[j] != g.value) ++j;
+                if (j == markers.size()) {
+                    m_kept.Add(m_count, g.code, g.value);  // a subclass the host does not read
+                    continue;
+                }
+                m_count += static_cast<uint32_t>(j - nextMarker);
+                nextMarker = j + 1;
+                // The class still sees its markers, which open its parts.
+                if (io && !(isEntity && j == 0)) io->read(*object, g, *this);
+                ++m_count;
+                continue;
+            }
         }
         if (isEntity) {
             if (g.code == 100 && g.value == "AcDbEntity") {
@@ -372,8 +411,18 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             }
         }
         Use use = io ? io->read(*object, g, *this) : Use::kKept;
+        // A continuation continues only the group the class took just
+        // before (Y after X, a text's next part); else it counts on its own,
+        // as its writer will count it.
+        if (use == Use::kContinued) {
+            bool continues = previous >= 0 && (previous == g.code - 10 || previous == g.code - 20 ||
+                                               (g.code == 1 && (previous == 2 || previous == 3)) ||
+                                               ((g.code == 2 || g.code == 3) && previous == g.code));
+            if (!continues) use = Use::kKnown;
+        }
         if (use == Use::kKnown) ++m_count;
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
+        lastTaken = use == Use::kKept ? -1 : g.code;
     }
     if (io && io->finish) io->finish(*object, *this);
     if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);

@@ -194,8 +194,14 @@ uint64_t Writer::WrittenHandSeed() const {
         for (AcDbObjectId blockId : blocks->recordIds()) {
             auto* block = AcDbBlockTableRecord::cast(DatabaseImpl::Peek(blockId));
             if (!block || Gone(blockId)) continue;
-            take(block->blockBeginId());
-            take(block->blockEndId());
+            // As Blocks() writes them: the spaces' markers only when the
+            // file had them.
+            bool space = blockId == m_impl.modelSpace || blockId == m_impl.paperSpace;
+            AcDbObject* begin = Gone(block->blockBeginId()) ? nullptr : DatabaseImpl::Peek(block->blockBeginId());
+            if (begin && (!space || DatabaseImpl::StubOf(begin)->fromFile)) {
+                take(block->blockBeginId());
+                take(block->blockEndId());
+            }
             for (AcDbObjectId id : block->entityIds()) {
                 take(id);
                 AcDbObject* entity = Gone(id) ? nullptr : DatabaseImpl::Peek(id);

@@ -756,28 +756,31 @@ Use ReadNothing(AcDbObject&, const Group&, ObjectReader&) { return Use::kKept; }
 void WriteNothing(const AcDbObject&, ObjectWriter&) {}
 
 const bool registered = [] {
-    RegisterClass({"LINE", AcDbLine::desc, Make<AcDbLine>, ReadLine, nullptr, WriteLine, {}, {}, 0, true});
+    RegisterClass({"LINE", AcDbLine::desc, Make<AcDbLine>, ReadLine, nullptr, WriteLine, {}, {}, 0, true, "AcDbLine"});
     RegisterClass({"CIRCLE", AcDbCircle::desc, Make<AcDbCircle>, ReadRound<AcDbCircle>, FinishRound<AcDbCircle>,
-                   WriteCircle, {}, {}, 0, true});
+                   WriteCircle, {}, {}, 0, true, "AcDbCircle"});
     RegisterClass({"ARC", AcDbArc::desc, Make<AcDbArc>, ReadRound<AcDbArc>, FinishRound<AcDbArc>, WriteArc, {}, {},
-                   0, true});
+                   0, true, "AcDbCircle|AcDbArc"});
     RegisterClass({"LWPOLYLINE", AcDbPolyline::desc, Make<AcDbPolyline>, ReadPolyline, FinishPolyline,
-                   WritePolyline, {}, {}, 0, true});
-    RegisterClass({"TEXT", AcDbText::desc, Make<AcDbText>, ReadText, FinishText, WriteText, {}, {}, 0, true});
+                   WritePolyline, {}, {}, 0, true, "AcDbPolyline"});
+    RegisterClass({"TEXT", AcDbText::desc, Make<AcDbText>, ReadText, FinishText, WriteText, {}, {}, 0, true,
+                   "AcDbText|AcDbText"});
     RegisterClass({"ATTRIB", AcDbAttribute::desc, Make<AcDbAttribute>, ReadAttribute, FinishText, WriteAttribute,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbText|AcDbAttribute"});
     RegisterClass({"ATTDEF", AcDbAttributeDefinition::desc, Make<AcDbAttributeDefinition>, ReadDefinition,
-                   FinishText, WriteDefinition, {}, {}, 0, true});
-    RegisterClass({"MTEXT", AcDbMText::desc, Make<AcDbMText>, ReadMText, FinishMText, WriteMText, {}, {}, 0, true});
+                   FinishText, WriteDefinition, {}, {}, 0, true, "AcDbText|AcDbAttributeDefinition"});
+    RegisterClass({"MTEXT", AcDbMText::desc, Make<AcDbMText>, ReadMText, FinishMText, WriteMText, {}, {}, 0, true,
+                   "AcDbMText"});
     RegisterClass({"INSERT", AcDbBlockReference::desc, Make<AcDbBlockReference>, ReadInsert, FinishInsert,
-                   WriteInsert, {}, {}, 0, true});
-    RegisterClass({"SOLID", AcDbSolid::desc, Make<AcDbSolid>, ReadSolid, FinishSolid, WriteSolid, {}, {}, 0, true});
+                   WriteInsert, {}, {}, 0, true, "AcDbBlockReference"});
+    RegisterClass({"SOLID", AcDbSolid::desc, Make<AcDbSolid>, ReadSolid, FinishSolid, WriteSolid, {}, {}, 0, true,
+                   "AcDbTrace"});
     RegisterClass({"VIEWPORT", AcDbViewport::desc, Make<AcDbViewport>, ReadViewport, FinishViewport, WriteViewport,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbViewport"});
     RegisterClass({"BLOCK", AcDbBlockBegin::desc, Make<AcDbBlockBegin>, ReadBlockBegin, nullptr, WriteBlockBegin,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbBlockBegin"});
     RegisterClass({"ENDBLK", AcDbBlockEnd::desc, Make<AcDbBlockEnd>, ReadMarker, nullptr, WriteBlockEnd, {}, {}, 0,
-                   true});
+                   true, "AcDbBlockEnd"});
     RegisterClass({"SEQEND", AcDbSequenceEnd::desc, Make<AcDbSequenceEnd>, ReadNothing, nullptr, WriteNothing, {},
                    {}, 0, true});
     return true;

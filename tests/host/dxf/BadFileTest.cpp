@@ -102,6 +102,10 @@ TEST_F(BadFileTest, BrokenFilesGiveClearErrors) {
          Entities(Dxf({{0, "ACAD_TABLE"}, {8, "0"}, {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"},
                        {91, "1"}, {92, "1"}, {141, "1"}, {142, "1"}, {171, "1"}, {1, "a"}, {171, "1"}, {1, "b"}})),
          Acad::eBadDxfFile, "a table of 1 rows and 1 columns lists 2 cells"},
+        {"table-heights.dxf",
+         Entities(Dxf({{0, "ACAD_TABLE"}, {8, "0"}, {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"},
+                       {91, "1"}, {92, "1"}, {141, "1"}, {141, "2"}, {142, "1"}})),
+         Acad::eBadDxfFile, "a table of 1 rows lists 2 row heights"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
