@@ -285,14 +285,15 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
 
     // Its handle first, so that it has an id while its groups are read.
     uint64_t handle = 0;
-    bool hasHandle = false;
+    bool hasHandle = false, handleGroup = false, layerGroup = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
-        if (m_groups[i].code == 100) break;
+        if (m_groups[i].code == 8) layerGroup = true;
+        if (m_groups[i].code == 100 || handleGroup) continue;
         if (m_groups[i].code == handleCode) {
             Group g = At(i);
             if (!ParseHandle(g.value, handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
             hasHandle = handle != 0;
-            break;
+            handleGroup = true;
         }
     }
     AcDbObjectId id;
@@ -314,6 +315,11 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
     }
     size_t nextMarker = 0;
+    // The writer writes a handle and an entity's layer also where the file
+    // had none: they are counted where they will stand.
+    bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
+    if (writesHandle && !handleGroup) ++m_count;
+    bool layerPending = isEntity && !layerGroup;
     int lastTaken = -1;  // the code of the group the class took just before, else -1
     bool handleSeen = false, markerSeen = false, layerSeen = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
@@ -375,6 +381,10 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             m_owner = Id(g);
             ++m_count;
             continue;
+        }
+        if (layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
+            ++m_count;
+            layerPending = false;
         }
         if (g.code == 100) {
             markerSeen = true;
