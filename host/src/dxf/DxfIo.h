@@ -109,6 +109,10 @@ public:
     // counts (an optional group it leaves out), so that kept groups after
     // them keep their place when the object later gains one.
     virtual void Skip(int slots) = 0;
+    // Says that the object has passed the place of one of its markers (a
+    // part the class recognised by its codes, the file having no marker):
+    // the marker is counted there, and a late one is kept as it is.
+    virtual void PassMarker(std::string_view subclass) = 0;
     // Values the class keeps for its finish function while one object is
     // read (cleared before each object).
     double scratch[8] = {};

@@ -76,6 +76,14 @@ public:
         throw FileError(g.line > 0 ? g.line : m_in.line(), why);
     }
     void Skip(int slots) override { m_count += static_cast<uint32_t>(slots); }
+    void PassMarker(std::string_view subclass) override {
+        if (m_file.IsR12()) return;
+        size_t j = m_nextMarker;
+        while (j < m_markers.size() && m_markers[j] != subclass) ++j;
+        if (j == m_markers.size()) return;
+        m_count += static_cast<uint32_t>(j - m_nextMarker + 1);
+        m_nextMarker = j + 1;
+    }
 
 private:
     static std::string Shown(std::string_view value) {
@@ -123,6 +131,8 @@ private:
     std::string m_arena;
     uint32_t m_count = 0;
     KeptGroups m_kept;
+    std::vector<std::string_view> m_markers;  // of the object being read
+    size_t m_nextMarker = 0;
     // What the object's shared groups said.
     AcDbObjectId m_owner;
     bool m_hadOwner = false;
@@ -307,14 +317,16 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     // The subclass markers the object's writer writes, in order; from 2000
     // on the reader counts them, and counts one the file left out where a
     // later one shows that it was passed.
-    std::vector<std::string_view> markers;
+    std::vector<std::string_view>& markers = m_markers;
+    markers.clear();
     if (isEntity) markers.push_back("AcDbEntity");
     for (std::string_view list = io ? io->markers : std::string_view(); !list.empty();) {
         size_t bar = list.find('|');
         markers.push_back(list.substr(0, bar));
         list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
     }
-    size_t nextMarker = 0;
+    size_t& nextMarker = m_nextMarker;
+    nextMarker = 0;
     // The writer writes a handle and an entity's layer also where the file
     // had none: they are counted where they will stand.
     bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);

@@ -560,7 +560,9 @@ Use ReadInsert(AcDbObject& object, const Group& g, ObjectReader& in) {
 }
 
 void FinishInsert(AcDbObject& object, ObjectReader& in) {
-    if (Had(object, kHad210)) static_cast<AcDbBlockReference&>(object).setPlaneNormal(Normal(in.scratch));
+    auto& reference = static_cast<AcDbBlockReference&>(object);
+    if (reference.blockTableRecord().isNull()) in.Fail(Group(), "a block reference needs a block name");
+    if (Had(object, kHad210)) reference.setPlaneNormal(Normal(in.scratch));
 }
 
 // The block's name as files write it: the two spaces have names of their

@@ -34,7 +34,10 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 90 || g.code == 91 || g.code == 92 ||
                      (g.code >= 93 && g.code <= 96) || g.code == 141 || g.code == 142 || g.code == 171 ||
                      g.code == 280 || g.code == 342 || g.code == 343;
-    if (!(in.state & kTablePart) && tableCode) in.state |= kTablePart;
+    if (!(in.state & kTablePart) && tableCode) {
+        in.state |= kTablePart;
+        in.PassMarker("AcDbTable");
+    }
     if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
     if (!(in.state & kCells)) {
         switch (g.code) {
