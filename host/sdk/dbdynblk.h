@@ -2,7 +2,8 @@
 // reference sets. A reference whose values differ from the definition's
 // points at an anonymous copy of the block; the copy is tied to its dynamic
 // block by the extended data "AcDbBlockRepBTag" (1070 version, 1005 handle
-// of the dynamic block's record).
+// of the dynamic block's record) or "AcDbDynamicBlockTrueName" (1000 its
+// name), and a reference may name it itself in its representation data.
 #pragma once
 
 #include "AcString.h"

@@ -11,6 +11,7 @@
 
 #include "app/Modules.h"
 #include "db/DatabaseImpl.h"
+#include "editor/EditorCommands.h"
 #include "editor/Viewports.h"
 #include "core/Utf8.h"
 
@@ -101,6 +102,7 @@ void Host::NewDrawing() { ReplaceDrawing(std::make_unique<AcDbDatabase>(true), L
 
 void Host::ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring fileName) {
     m_viewport = 0;
+    m_selections = SelectionSets();  // sets belong to the drawing they were taken from
     if (Document* old = m_documents->Current()) m_linker->Broadcast(AcRx::kUnloadDwgMsg, old);
     m_functions.Clear();  // what modules defined belonged to the drawing
     Document* document = m_documents->Replace(std::move(database), std::move(fileName));
@@ -163,6 +165,7 @@ void Host::ConnectModules() {
 
 void Host::DefineCommands() {
     m_commands.addCommand(L"ACAD_MAIN", L"MENULOAD", L"MENULOAD", ACRX_CMD_MODAL, &MenuLoadCommand);
+    DefineEditorCommands(m_commands);
 }
 
 void Host::DefineVariables() {

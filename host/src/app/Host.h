@@ -19,6 +19,8 @@
 #include "app/MenuBar.h"
 #include "app/SystemRegistry.h"
 #include "app/SystemVariables.h"
+#include "editor/EditorInput.h"
+#include "editor/SelectionSets.h"
 #include "registry/SettingsStore.h"
 #include "ui/Desktop.h"
 
@@ -56,6 +58,10 @@ public:
     SystemVariables& variables() { return m_variables; }
     ExternalFunctions& functions() { return m_functions; }
     SettingsStore& settings() { return *m_settings; }
+    // The user's answers at the editor's prompts, and the selection sets
+    // the editor handed out for the current drawing.
+    EditorInput& input() { return m_input; }
+    SelectionSets& selections() { return m_selections; }
     ui::Desktop& desktop() { return *m_desktop; }
     AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
     CAcFdUiFieldManager& fieldManager() { return *m_fieldManager; }
@@ -81,6 +87,8 @@ private:
 
     std::filesystem::path m_moduleFolder;
     short m_viewport = 0;
+    EditorInput m_input;
+    SelectionSets m_selections;
     CommandLine m_commandLine;
     SystemRegistry m_sysRegistry;
     CommandStack m_commands;

@@ -2,6 +2,7 @@
 
 #include <adslib.h>
 #include <dbents.h>
+#include <dbdict.h>
 #include <dbsymtb.h>
 #include <tchar.h>
 
@@ -10,6 +11,7 @@
 #include <cwchar>
 
 #include "ads/Resbuf.h"
+#include "core/Utf8.h"
 #include "db/DatabaseImpl.h"
 #include "db/ObjectExtras.h"
 
@@ -139,6 +141,29 @@ AcDbObjectId TiedBlock(const AcDbBlockTableRecord* record) {
     return {};
 }
 
+// The text of the first 1000 group of an application's extended data.
+std::wstring XDataText(const AcDbObject* object, const wchar_t* app) {
+    ObjectExtras* extras = object ? object->extras() : nullptr;
+    if (!extras || !extras->xdata) return {};
+    bool inApp = false;
+    for (const resbuf* rb = extras->xdata; rb; rb = rb->rbnext) {
+        if (rb->restype == 1001) inApp = rb->resval.rstring && _wcsicmp(rb->resval.rstring, app) == 0;
+        else if (inApp && rb->restype == 1000 && rb->resval.rstring) return rb->resval.rstring;
+    }
+    return {};
+}
+
+// An anonymous copy named after its dynamic block by the extended data
+// "AcDbDynamicBlockTrueName".
+AcDbObjectId TrueNamedBlock(const AcDbBlockTableRecord* record) {
+    std::wstring name = XDataText(record, kTrueNameApp);
+    AcDbDatabase* db = record->database();
+    if (name.empty() || !db) return {};
+    auto* blocks = AcDbBlockTable::cast(DatabaseImpl::Peek(db->blockTableId()));
+    AcDbObjectId id;
+    return blocks && blocks->getAt(name.c_str(), id) == Acad::eOk ? id : AcDbObjectId();
+}
+
 DynamicBlockData& DataOf(AcDbObject& object) {
     ObjectExtras& extras = object.mutableExtras();
     if (!extras.dynamic) extras.dynamic = std::make_unique<DynamicBlockData>();
@@ -164,7 +189,34 @@ AcDbObjectId DynamicBlockOf(AcDbObjectId blockId) {
     if (!record) return {};
     if (IsDynamicDefinition(blockId)) return blockId;
     AcDbObjectId tied = TiedBlock(record);
+    if (tied.isNull()) tied = TrueNamedBlock(record);
     return !tied.isNull() && tied != blockId && IsDynamicDefinition(tied) ? tied : AcDbObjectId();
+}
+
+AcDbObjectId RepresentedBlock(AcDbObjectId referenceId) {
+    AcDbObject* reference = DatabaseImpl::Peek(referenceId);
+    if (!reference || referenceId.isErased()) return {};
+    // Extension dictionary, "AcDbBlockRepresentation", "AcDbRepData": an
+    // object whose 340 names the dynamic block.
+    auto* extension = AcDbDictionary::cast(DatabaseImpl::Peek(reference->extensionDictionary()));
+    AcDbObjectId id;
+    if (!extension || extension->getAt(L"AcDbBlockRepresentation", id) != Acad::eOk) return {};
+    auto* representation = AcDbDictionary::cast(DatabaseImpl::Peek(id));
+    if (!representation || representation->getAt(L"AcDbRepData", id) != Acad::eOk) return {};
+    AcDbObject* data = DatabaseImpl::Peek(id);
+    ObjectExtras* extras = data ? data->extras() : nullptr;
+    if (!extras) return {};
+    KeptGroups::Cursor cursor(extras->kept);
+    KeptGroup group;
+    while (cursor.Next(group)) {
+        if (group.code != 340) continue;
+        AcDbHandle handle(FromUtf8(group.value).c_str());
+        AcDbObjectId block;
+        if (!handle.isNull() && reference->database()->getAcDbObjectId(block, false, handle) == Acad::eOk &&
+            AcDbBlockTableRecord::cast(DatabaseImpl::Peek(block)) && !block.isErased())
+            return block;
+    }
+    return {};
 }
 
 const DynamicBlockData* DynamicDataOf(AcDbObjectId blockId) {
@@ -249,6 +301,10 @@ bool AcDbDynBlockReference::isDynamicBlock(AcDbObjectId blockTableRecordId) {
 bool AcDbDynBlockReference::isDynamicBlock() const { return !dynamicBlockTableRecord().isNull(); }
 
 AcDbObjectId AcDbDynBlockReference::dynamicBlockTableRecord() const {
+    // The reference's own representation data names its dynamic block;
+    // else its block says which dynamic block it is, or a copy of.
+    AcDbObjectId represented = cadhost::RepresentedBlock(m_reference);
+    if (!represented.isNull()) return represented;
     return cadhost::DynamicBlockOf(BlockOfReference(m_reference));
 }
 

@@ -31,6 +31,8 @@ struct DynamicBlockData {
 inline constexpr const wchar_t* kBlockRepresentationApp = L"AcDbBlockRepBTag";
 // The extension dictionary entry that marks a dynamic block in files.
 inline constexpr const wchar_t* kEnhancedBlockEntry = L"ACAD_ENHANCEDBLOCK";
+// The extended data that names an anonymous copy after its dynamic block.
+inline constexpr const wchar_t* kTrueNameApp = L"AcDbDynamicBlockTrueName";
 
 // Makes a block record dynamic (it may have no property yet), or adds a
 // property to it; a second property of the same name is refused.
@@ -43,6 +45,10 @@ Acad::ErrorStatus TieAnonymousCopy(AcDbObjectId anonymousId, AcDbObjectId dynami
 // block its tie names for an anonymous copy, else null.
 AcDbObjectId DynamicBlockOf(AcDbObjectId blockId);
 bool IsDynamicDefinition(AcDbObjectId blockId);
+// The dynamic block that a reference's own representation data names
+// (extension dictionary "AcDbBlockRepresentation", entry "AcDbRepData",
+// group 340); null when it has none.
+AcDbObjectId RepresentedBlock(AcDbObjectId referenceId);
 // The definition's properties; null for another block.
 const DynamicBlockData* DynamicDataOf(AcDbObjectId blockId);
 

@@ -22,7 +22,8 @@
 //         out.Text(1, ...);
 //     }
 //     const bool registered = cadhost::dxf::RegisterClass({"FIELD", AcDbField::desc, [] { ... new AcDbField; },
-//                                                          ReadField, nullptr, WriteField, ...});
+//                                                          ReadField, nullptr, WriteField, "AcDbField",
+//                                                          "ObjectDBX Classes", 1152, false, "AcDbField"});
 #pragma once
 
 #include <dbmain.h>
@@ -69,6 +70,11 @@ struct ClassIo {
     std::string_view appName;             // "ObjectDBX Classes"
     int proxyFlags = 0;
     bool isEntity = false;
+    // The subclass markers the write function writes, in order, separated
+    // by "|" ("AcDbCircle|AcDbArc"). The reader counts them itself (the read
+    // function still sees them), also where a file left one out, so that
+    // kept groups keep their place.
+    std::string_view markers;
 };
 
 // Registers a class; a later registration of the same name replaces the
@@ -103,6 +109,10 @@ public:
     // counts (an optional group it leaves out), so that kept groups after
     // them keep their place when the object later gains one.
     virtual void Skip(int slots) = 0;
+    // Says that the object has passed the place of one of its markers (a
+    // part the class recognised by its codes, the file having no marker):
+    // the marker is counted there, and a late one is kept as it is.
+    virtual void PassMarker(std::string_view subclass) = 0;
     // Values the class keeps for its finish function while one object is
     // read (cleared before each object).
     double scratch[8] = {};

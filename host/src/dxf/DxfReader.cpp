@@ -76,6 +76,14 @@ public:
         throw FileError(g.line > 0 ? g.line : m_in.line(), why);
     }
     void Skip(int slots) override { m_count += static_cast<uint32_t>(slots); }
+    void PassMarker(std::string_view subclass) override {
+        if (m_file.IsR12()) return;
+        size_t j = m_nextMarker;
+        while (j < m_markers.size() && m_markers[j] != subclass) ++j;
+        if (j == m_markers.size()) return;
+        m_count += static_cast<uint32_t>(j - m_nextMarker + 1);
+        m_nextMarker = j + 1;
+    }
 
 private:
     static std::string Shown(std::string_view value) {
@@ -123,6 +131,8 @@ private:
     std::string m_arena;
     uint32_t m_count = 0;
     KeptGroups m_kept;
+    std::vector<std::string_view> m_markers;  // of the object being read
+    size_t m_nextMarker = 0;
     // What the object's shared groups said.
     AcDbObjectId m_owner;
     bool m_hadOwner = false;
@@ -285,20 +295,17 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
 
     // Its handle first, so that it has an id while its groups are read.
     uint64_t handle = 0;
-    bool hasHandle = false, handleGroup = false;
+    bool hasHandle = false, handleGroup = false, layerGroup = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
-        if (m_groups[i].code == 100) break;
+        if (m_groups[i].code == 8) layerGroup = true;
+        if (m_groups[i].code == 100 || handleGroup) continue;
         if (m_groups[i].code == handleCode) {
             Group g = At(i);
             if (!ParseHandle(g.value, handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
             hasHandle = handle != 0;
             handleGroup = true;
-            break;
         }
     }
-    // Saving writes a handle first where the file gave none: its place is
-    // counted, so that what the object keeps comes after it.
-    if (!handleGroup && (!m_file.IsR12() || (m_file.handles && kind != Kind::kTable))) ++m_count;
     AcDbObjectId id;
     Acad::ErrorStatus es = hasHandle ? m_impl.Add(id, object, handle) : m_impl.AddUnnamed(id, object);
     if (es == Acad::eDuplicateKey)
@@ -307,9 +314,30 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     owned.release();
     id.stub()->fromFile = true;
 
+    // The subclass markers the object's writer writes, in order; from 2000
+    // on the reader counts them, and counts one the file left out where a
+    // later one shows that it was passed.
+    std::vector<std::string_view>& markers = m_markers;
+    markers.clear();
+    if (isEntity) markers.push_back("AcDbEntity");
+    for (std::string_view list = io ? io->markers : std::string_view(); !list.empty();) {
+        size_t bar = list.find('|');
+        markers.push_back(list.substr(0, bar));
+        list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
+    }
+    size_t& nextMarker = m_nextMarker;
+    nextMarker = 0;
+    // The writer writes a handle and an entity's layer also where the file
+    // had none: they are counted where they will stand.
+    bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
+    if (writesHandle && !handleGroup) ++m_count;
+    bool layerPending = isEntity && !layerGroup;
+    int lastTaken = -1;  // the code of the group the class took just before, else -1
     bool handleSeen = false, markerSeen = false, layerSeen = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         Group g = At(i);
+        int previous = lastTaken;
+        lastTaken = -1;
         if (g.code >= 1000) {
             if (g.code == 1001 || g.code == 999) {
                 if (ReadXData(i, *object)) break;
@@ -328,14 +356,19 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             continue;
         }
         if (g.code == 102) {
-            // An application's group: the extension dictionary is the
-            // host's; any other is kept whole.
-            size_t end = i + 1;
-            while (end < m_groups.size() && !(m_groups[end].code == 102 && At(end).value == "}")) ++end;
-            if (end >= m_groups.size()) {
-                // Never closed: the group stands alone, and what follows is
-                // read as the object's own (kept whole, it would be written
-                // a second time beside the class's groups).
+            // An application's group, "{NAME" to "}": the extension
+            // dictionary is the host's; any other is kept whole. A 102 that
+            // opens nothing, or opens and never closes, is kept alone.
+            size_t end = m_groups.size();
+            if (!g.value.empty() && g.value[0] == '{') {
+                for (size_t k = i + 1; k < m_groups.size(); ++k) {
+                    if (m_groups[k].code == 102) {
+                        if (At(k).value == "}") end = k;
+                        break;
+                    }
+                }
+            }
+            if (end == m_groups.size()) {
                 m_kept.Add(m_count, g.code, g.value);
                 continue;
             }
@@ -365,9 +398,27 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             ++m_count;
             continue;
         }
+        if (layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
+            ++m_count;
+            layerPending = false;
+        }
         if (g.code == 100) {
             markerSeen = true;
             m_sawMarkers = true;
+            if (!m_file.IsR12()) {
+                size_t j = nextMarker;
+                while (j < markers.size() && markers[j] != g.value) ++j;
+                if (j == markers.size()) {
+                    m_kept.Add(m_count, g.code, g.value);  // a subclass the host does not read
+                    continue;
+                }
+                m_count += static_cast<uint32_t>(j - nextMarker);
+                nextMarker = j + 1;
+                // The class still sees its markers, which open its parts.
+                if (io && !(isEntity && j == 0)) io->read(*object, g, *this);
+                ++m_count;
+                continue;
+            }
         }
         if (isEntity) {
             if (g.code == 100 && g.value == "AcDbEntity") {
@@ -386,8 +437,18 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             }
         }
         Use use = io ? io->read(*object, g, *this) : Use::kKept;
+        // A continuation continues only the group the class took just
+        // before (Y after X, a text's next part); else it counts on its own,
+        // as its writer will count it.
+        if (use == Use::kContinued) {
+            bool continues = previous >= 0 && (previous == g.code - 10 || previous == g.code - 20 ||
+                                               (g.code == 1 && (previous == 2 || previous == 3)) ||
+                                               ((g.code == 2 || g.code == 3) && previous == g.code));
+            if (!continues) use = Use::kKnown;
+        }
         if (use == Use::kKnown) ++m_count;
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
+        lastTaken = use == Use::kKept ? -1 : g.code;
     }
     if (io && io->finish) io->finish(*object, *this);
     if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);

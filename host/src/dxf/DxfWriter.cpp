@@ -194,8 +194,14 @@ uint64_t Writer::WrittenHandSeed() const {
         for (AcDbObjectId blockId : blocks->recordIds()) {
             auto* block = AcDbBlockTableRecord::cast(DatabaseImpl::Peek(blockId));
             if (!block || Gone(blockId)) continue;
-            take(block->blockBeginId());
-            take(block->blockEndId());
+            // As Blocks() writes them: the spaces' markers only when the
+            // file had them.
+            bool space = blockId == m_impl.modelSpace || blockId == m_impl.paperSpace;
+            AcDbObject* begin = Gone(block->blockBeginId()) ? nullptr : DatabaseImpl::Peek(block->blockBeginId());
+            if (begin && (!space || DatabaseImpl::StubOf(begin)->fromFile)) {
+                take(block->blockBeginId());
+                take(block->blockEndId());
+            }
             for (AcDbObjectId id : block->entityIds()) {
                 take(id);
                 AcDbObject* entity = Gone(id) ? nullptr : DatabaseImpl::Peek(id);
@@ -407,7 +413,10 @@ Acad::ErrorStatus WriteFile(const AcDbDatabase& database, const std::filesystem:
     }
     // A new file beside the old one, put in its place only when complete.
     std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
-    std::string pattern = (folder / ("." + path.filename().string() + ".XXXXXX")).string();
+    std::string hidden = ".";
+    hidden += path.filename().string();
+    hidden += ".XXXXXX";
+    std::string pattern = (folder / hidden).string();
     std::vector<char> temp(pattern.begin(), pattern.end());
     temp.push_back('\0');
     int fd = mkstemp(temp.data());

@@ -163,13 +163,24 @@ void WriteArc(const AcDbObject& object, ObjectWriter& out) {
 
 // LWPOLYLINE -----------------------------------------------------------
 // Each vertex has places for 10, 40, 41 and 42; those it lacks are counted
-// when the next vertex begins. state: bits 1, 2, 4 for 40, 41, 42 of the
-// vertex being read, 8 once a vertex began; scratch[0..2] normal,
-// scratch[3] x of the vertex being read.
+// when it ends. state: bits 1, 2, 4 for 40, 41, 42 of the vertex being
+// read, 8 while a vertex is open, 16 once its Y was read; scratch[0..2]
+// normal, scratch[3] x of the vertex being read.
+
+// The places of a vertex that it did not fill: the writer writes the two
+// widths together or neither, and the bulge or not.
+void CloseVertex(ObjectReader& in) {
+    if (!(in.state & 8)) return;
+    in.Skip((in.state & 3) ? 2 - ((in.state & 1) != 0) - ((in.state & 2) != 0) : 2);
+    if (!(in.state & 4)) in.Skip(1);
+    in.state &= ~31;
+}
 
 Use ReadPolyline(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& pline = static_cast<AcDbPolyline&>(object);
     unsigned int last = pline.numVerts() - 1;
+    bool vertexGroup = g.code == 10 || g.code == 20 || g.code == 40 || g.code == 41 || g.code == 42 || g.code == 91;
+    if (!vertexGroup) CloseVertex(in);
     switch (g.code) {
     case 100: return g.value == "AcDbPolyline" ? Use::kKnown : Use::kKept;
     case 90: return Use::kKnown;  // the count; the vertices themselves decide
@@ -183,29 +194,31 @@ Use ReadPolyline(AcDbObject& object, const Group& g, ObjectReader& in) {
         pline.setElevation(in.Real(g));
         return Use::kKnown;
     case 10:
-        if (in.state & 8) in.Skip(!(in.state & 1) + !(in.state & 2) + !(in.state & 4));
-        in.state = 8;
+        CloseVertex(in);
+        in.state |= 8;
         in.scratch[3] = in.Real(g);
         pline.addVertexAt(pline.numVerts(), AcGePoint2d(in.scratch[3], 0));
         return Use::kKnown;
     case 20:
-        if (pline.numVerts() == 0) return Use::kKept;
+        if (!(in.state & 8) || (in.state & 16)) return Use::kKept;
+        in.state |= 16;
         pline.setPointAt(last, AcGePoint2d(in.scratch[3], in.Real(g)));
         return Use::kContinued;
     case 40:
     case 41: {
         int bit = g.code == 40 ? 1 : 2;
-        if (pline.numVerts() == 0 || (in.state & bit)) return Use::kKept;
+        if (!(in.state & 8) || (in.state & bit)) return Use::kKept;
         in.state |= bit;
         double start, end;
         pline.getWidthsAt(last, start, end);
         (g.code == 40 ? start : end) = in.Real(g);
-        if (in.Real(g) == 0) Note(object, kAllWidths);
         pline.setWidthsAt(last, start, end);
+        // A file that writes widths of zero writes them for every vertex.
+        if ((in.state & 3) == 3 && start == 0 && end == 0) Note(object, kAllWidths);
         return Use::kKnown;
     }
     case 42: {
-        if (pline.numVerts() == 0 || (in.state & 4)) return Use::kKept;
+        if (!(in.state & 8) || (in.state & 4)) return Use::kKept;
         in.state |= 4;
         double bulge = in.Real(g);
         if (bulge == 0) Note(object, kAllBulges);
@@ -560,7 +573,9 @@ Use ReadInsert(AcDbObject& object, const Group& g, ObjectReader& in) {
 }
 
 void FinishInsert(AcDbObject& object, ObjectReader& in) {
-    if (Had(object, kHad210)) static_cast<AcDbBlockReference&>(object).setPlaneNormal(Normal(in.scratch));
+    auto& reference = static_cast<AcDbBlockReference&>(object);
+    if (reference.blockTableRecord().isNull()) in.Fail(Group(), "a block reference needs a block name");
+    if (Had(object, kHad210)) reference.setPlaneNormal(Normal(in.scratch));
 }
 
 // The block's name as files write it: the two spaces have names of their
@@ -756,28 +771,31 @@ Use ReadNothing(AcDbObject&, const Group&, ObjectReader&) { return Use::kKept; }
 void WriteNothing(const AcDbObject&, ObjectWriter&) {}
 
 const bool registered = [] {
-    RegisterClass({"LINE", AcDbLine::desc, Make<AcDbLine>, ReadLine, nullptr, WriteLine, {}, {}, 0, true});
+    RegisterClass({"LINE", AcDbLine::desc, Make<AcDbLine>, ReadLine, nullptr, WriteLine, {}, {}, 0, true, "AcDbLine"});
     RegisterClass({"CIRCLE", AcDbCircle::desc, Make<AcDbCircle>, ReadRound<AcDbCircle>, FinishRound<AcDbCircle>,
-                   WriteCircle, {}, {}, 0, true});
+                   WriteCircle, {}, {}, 0, true, "AcDbCircle"});
     RegisterClass({"ARC", AcDbArc::desc, Make<AcDbArc>, ReadRound<AcDbArc>, FinishRound<AcDbArc>, WriteArc, {}, {},
-                   0, true});
+                   0, true, "AcDbCircle|AcDbArc"});
     RegisterClass({"LWPOLYLINE", AcDbPolyline::desc, Make<AcDbPolyline>, ReadPolyline, FinishPolyline,
-                   WritePolyline, {}, {}, 0, true});
-    RegisterClass({"TEXT", AcDbText::desc, Make<AcDbText>, ReadText, FinishText, WriteText, {}, {}, 0, true});
+                   WritePolyline, {}, {}, 0, true, "AcDbPolyline"});
+    RegisterClass({"TEXT", AcDbText::desc, Make<AcDbText>, ReadText, FinishText, WriteText, {}, {}, 0, true,
+                   "AcDbText|AcDbText"});
     RegisterClass({"ATTRIB", AcDbAttribute::desc, Make<AcDbAttribute>, ReadAttribute, FinishText, WriteAttribute,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbText|AcDbAttribute"});
     RegisterClass({"ATTDEF", AcDbAttributeDefinition::desc, Make<AcDbAttributeDefinition>, ReadDefinition,
-                   FinishText, WriteDefinition, {}, {}, 0, true});
-    RegisterClass({"MTEXT", AcDbMText::desc, Make<AcDbMText>, ReadMText, FinishMText, WriteMText, {}, {}, 0, true});
+                   FinishText, WriteDefinition, {}, {}, 0, true, "AcDbText|AcDbAttributeDefinition"});
+    RegisterClass({"MTEXT", AcDbMText::desc, Make<AcDbMText>, ReadMText, FinishMText, WriteMText, {}, {}, 0, true,
+                   "AcDbMText"});
     RegisterClass({"INSERT", AcDbBlockReference::desc, Make<AcDbBlockReference>, ReadInsert, FinishInsert,
-                   WriteInsert, {}, {}, 0, true});
-    RegisterClass({"SOLID", AcDbSolid::desc, Make<AcDbSolid>, ReadSolid, FinishSolid, WriteSolid, {}, {}, 0, true});
+                   WriteInsert, {}, {}, 0, true, "AcDbBlockReference"});
+    RegisterClass({"SOLID", AcDbSolid::desc, Make<AcDbSolid>, ReadSolid, FinishSolid, WriteSolid, {}, {}, 0, true,
+                   "AcDbTrace"});
     RegisterClass({"VIEWPORT", AcDbViewport::desc, Make<AcDbViewport>, ReadViewport, FinishViewport, WriteViewport,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbViewport"});
     RegisterClass({"BLOCK", AcDbBlockBegin::desc, Make<AcDbBlockBegin>, ReadBlockBegin, nullptr, WriteBlockBegin,
-                   {}, {}, 0, true});
+                   {}, {}, 0, true, "AcDbBlockBegin"});
     RegisterClass({"ENDBLK", AcDbBlockEnd::desc, Make<AcDbBlockEnd>, ReadMarker, nullptr, WriteBlockEnd, {}, {}, 0,
-                   true});
+                   true, "AcDbBlockEnd"});
     RegisterClass({"SEQEND", AcDbSequenceEnd::desc, Make<AcDbSequenceEnd>, ReadNothing, nullptr, WriteNothing, {},
                    {}, 0, true});
     return true;

@@ -157,15 +157,16 @@ void WriteDictionary(const AcDbObject& object, ObjectWriter& out) {
 }
 
 const bool registered = [] {
-    RegisterClass({"TABLE", AcDbSymbolTable::desc, nullptr, ReadTable, nullptr, WriteTable, {}, {}, 0, false});
+    RegisterClass({"TABLE", AcDbSymbolTable::desc, nullptr, ReadTable, nullptr, WriteTable, {}, {}, 0, false,
+                   "AcDbSymbolTable"});
     RegisterClass({"LAYER", AcDbLayerTableRecord::desc, Make<AcDbLayerTableRecord>, ReadLayer, nullptr, WriteLayer,
-                   {}, {}, 0, false});
+                   {}, {}, 0, false, "AcDbSymbolTableRecord|AcDbLayerTableRecord"});
     RegisterClass({"APPID", AcDbRegAppTableRecord::desc, Make<AcDbRegAppTableRecord>, ReadApp, nullptr, WriteApp, {},
-                   {}, 0, false});
+                   {}, 0, false, "AcDbSymbolTableRecord|AcDbRegAppTableRecord"});
     RegisterClass({"BLOCK_RECORD", AcDbBlockTableRecord::desc, Make<AcDbBlockTableRecord>, ReadBlockRecord, nullptr,
-                   WriteBlockRecord, {}, {}, 0, false});
+                   WriteBlockRecord, {}, {}, 0, false, "AcDbSymbolTableRecord|AcDbBlockTableRecord"});
     RegisterClass({"DICTIONARY", AcDbDictionary::desc, Make<AcDbDictionary>, ReadDictionary, nullptr,
-                   WriteDictionary, {}, {}, 0, false});
+                   WriteDictionary, {}, {}, 0, false, "AcDbDictionary"});
     return true;
 }();
 

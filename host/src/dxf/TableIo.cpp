@@ -29,6 +29,15 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
         if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
         return Use::kKept;
     }
+    // A file without markers shows the table's part by its codes, which a
+    // block reference does not have.
+    bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 90 || g.code == 91 || g.code == 92 ||
+                     (g.code >= 93 && g.code <= 96) || g.code == 141 || g.code == 142 || g.code == 171 ||
+                     g.code == 280 || g.code == 342 || g.code == 343;
+    if (!(in.state & kTablePart) && tableCode) {
+        in.state |= kTablePart;
+        in.PassMarker("AcDbTable");
+    }
     if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
     if (!(in.state & kCells)) {
         switch (g.code) {
@@ -103,16 +112,19 @@ void FinishTable(AcDbObject& object, ObjectReader& in) {
         AcGeVector3d direction(in.scratch[3], in.scratch[4], in.scratch[5]);
         if (!direction.isZeroLength()) table.setDirection(direction);
     }
-    // The counts rule over heights, widths and cells that are missing.
+    // A height for every row, a width for every column, no more cells than
+    // they make.
     auto rows = static_cast<size_t>(in.scratch[0]), columns = static_cast<size_t>(in.scratch[1]);
-    if (rows > table.rowHeights().size()) table.rowHeights().resize(rows, 1.0);
-    if (columns > table.columnWidths().size()) table.columnWidths().resize(columns, 1.0);
-    size_t cells = table.rowHeights().size() * table.columnWidths().size();
-    if (table.cells().size() > cells) {
-        Group none;
-        in.Fail(none, "a table of " + std::to_string(table.rowHeights().size()) + " rows and " +
-                          std::to_string(table.columnWidths().size()) + " columns lists " +
-                          std::to_string(table.cells().size()) + " cells");
+    Group none;
+    if (rows != table.rowHeights().size())
+        in.Fail(none, "a table of " + std::to_string(rows) + " rows lists " +
+                          std::to_string(table.rowHeights().size()) + " row heights");
+    if (columns != table.columnWidths().size())
+        in.Fail(none, "a table of " + std::to_string(columns) + " columns lists " +
+                          std::to_string(table.columnWidths().size()) + " column widths");
+    if (table.cells().size() > rows * columns) {
+        in.Fail(none, "a table of " + std::to_string(rows) + " rows and " + std::to_string(columns) +
+                          " columns lists " + std::to_string(table.cells().size()) + " cells");
     }
 }
 
@@ -134,7 +146,7 @@ void WriteTable(const AcDbObject& object, ObjectWriter& out) {
 
 const bool registered = RegisterClass({"ACAD_TABLE", AcDbTable::desc, [] { return static_cast<AcDbObject*>(new AcDbTable); },
                                        ReadTable, FinishTable, WriteTable, "AcDbTable", "ObjectDBX Classes", 1025,
-                                       true});
+                                       true, "AcDbBlockReference|AcDbTable"});
 
 }  // namespace
 }  // namespace cadhost::dxf

@@ -21,17 +21,7 @@ AcDbObjectId FindViewport(AcDbDatabase& database, short number) {
 }
 
 AcDbObjectId CurrentViewportId(AcDbDatabase& database, short viewport) {
-    if (!database.tilemode()) {
-        AcDbObjectId id = FindViewport(database, viewport ? viewport : 1);
-        if (id.isNull() && viewport == 0) {
-            // A sheet whose own viewport has another number: the first one.
-            auto* space = AcDbBlockTableRecord::cast(DatabaseImpl::Peek(database.currentSpaceId()));
-            for (AcDbObjectId entity : space ? space->entityIds() : std::vector<AcDbObjectId>()) {
-                if (AcDbViewport::cast(DatabaseImpl::Peek(entity)) && !entity.isErased()) return entity;
-            }
-        }
-        return id;
-    }
+    if (!database.tilemode()) return FindViewport(database, viewport ? viewport : 1);
     // Model space: the "*Active" record of the viewport table, which the
     // host keeps as the file had it.
     DatabaseImpl& impl = database.impl();

@@ -98,10 +98,16 @@ TEST_F(BadFileTest, BrokenFilesGiveClearErrors) {
          Acad::eBadDxfFile, ": line 5: a block has no name"},
         {"insert-without-block.dxf", Entities(Dxf({{0, "INSERT"}, {8, "0"}, {2, ""}})), Acad::eBadDxfFile,
          ": line 9: a block reference needs a block name"},
+        {"insert-without-name.dxf", Entities(Dxf({{0, "INSERT"}, {8, "0"}, {10, "1"}})), Acad::eBadDxfFile,
+         "a block reference needs a block name"},
         {"table-cells.dxf",
          Entities(Dxf({{0, "ACAD_TABLE"}, {8, "0"}, {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"},
                        {91, "1"}, {92, "1"}, {141, "1"}, {142, "1"}, {171, "1"}, {1, "a"}, {171, "1"}, {1, "b"}})),
          Acad::eBadDxfFile, "a table of 1 rows and 1 columns lists 2 cells"},
+        {"table-heights.dxf",
+         Entities(Dxf({{0, "ACAD_TABLE"}, {8, "0"}, {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"},
+                       {91, "1"}, {92, "1"}, {141, "1"}, {141, "2"}, {142, "1"}})),
+         Acad::eBadDxfFile, "a table of 1 rows lists 2 row heights"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

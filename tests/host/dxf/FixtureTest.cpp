@@ -160,14 +160,16 @@ protected:
             } else if (kind == "attdef") {
                 CheckDefinition(r);
             } else if (kind == "header") {
-                if (r[1] == "$LUNITS") EXPECT_EQ(std::to_string(db()->lunits()), r[2]);
-                if (r[1] == "$LUPREC") EXPECT_EQ(std::to_string(db()->luprec()), r[2]);
-                if (r[1] == "$TILEMODE") EXPECT_EQ(db()->tilemode() ? "1" : "0", r[2]);
-                if (r[1] == "$ACADVER") EXPECT_EQ(db()->impl().file.version, r[2]);
+                std::string value;
+                if (r[1] == "$LUNITS") value = std::to_string(db()->lunits());
+                if (r[1] == "$LUPREC") value = std::to_string(db()->luprec());
+                if (r[1] == "$TILEMODE") value = db()->tilemode() ? "1" : "0";
+                if (r[1] == "$ACADVER") value = db()->impl().file.version;
                 if (r[1] == "$CLAYER") {
                     AcDbSymbolTableRecordPointer<AcDbLayerTableRecord> layer(db()->clayer());
-                    EXPECT_EQ(cadhost::ToUtf8(layer->name()), r[2]);
+                    value = cadhost::ToUtf8(layer->name());
                 }
+                EXPECT_EQ(value, r[2]) << r[1];
             } else if (kind == "table") {
                 AcDbObjectPointer<AcDbTable> table(Id(r[1]));
                 ASSERT_EQ(table.openStatus(), Acad::eOk);
@@ -203,7 +205,8 @@ protected:
                 ASSERT_FALSE(references.isEmpty()) << r[1];
                 AcDbDynBlockReference dynamic(references[0]);
                 EXPECT_EQ(dynamic.isDynamicBlock(), r[2] != "-") << r[1];
-                if (r[2] != "-") EXPECT_EQ(dynamic.dynamicBlockTableRecord(), BlockNamed(r[2])) << r[1];
+                AcDbObjectId expected = r[2] != "-" ? BlockNamed(r[2]) : AcDbObjectId();
+                EXPECT_EQ(dynamic.dynamicBlockTableRecord(), expected) << r[1];
             } else if (kind == "field") {
                 AcDbObjectPointer<AcDbEntity> text(Id(r[1]));
                 ASSERT_EQ(text.openStatus(), Acad::eOk);

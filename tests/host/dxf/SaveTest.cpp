@@ -368,6 +368,33 @@ TEST_F(SaveTest, ChangesToAFilesObjectsAreSaved) {
     EXPECT_EQ(groups[at + 4].code, 171);  // then the next cell
 }
 
+TEST_F(SaveTest, PolylineWidthsAndBulgesStayAsTheFileHadThem) {
+    // A tapered vertex (end width 0) among vertices without widths, bulges
+    // only where they are not 0, an unknown group after the last vertex.
+    std::string text =
+        "0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n5\n30\n8\n0\n100\nAcDbEntity\n100\nAcDbPolyline\n90\n3\n70\n0\n"
+        "10\n0.0\n20\n0.0\n42\n0.5\n10\n2.0\n20\n0.0\n40\n0.1\n41\n0.0\n10\n4.0\n20\n1.0\n440\n7\n"
+        "0\nENDSEC\n0\nEOF\n";
+    std::filesystem::path path = m_folder.path() / "tapered.dxf";
+    qmtest::WriteText(path, text);
+    std::wstring error;
+    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+    std::filesystem::path saved = SaveAndOpen("tapered.saved.dxf");
+    std::vector<qmtest::DxfGroup> groups = qmtest::ReadDxfGroups(saved);
+    std::string polyline;
+    bool in = false;
+    for (const qmtest::DxfGroup& g : groups) {
+        if (g.code == 0) in = g.value == "LWPOLYLINE";
+        if (in && g.code != 0 && g.code != 5 && g.code != 330 && g.code != 8 && g.code != 100)
+            polyline += std::to_string(g.code) + "=" + g.value + " ";
+    }
+    EXPECT_EQ(polyline, "90=3 70=0 10=0.0 20=0.0 42=0.5 10=2.0 20=0.0 40=0.1 41=0.0 10=4.0 20=1.0 440=7 ");
+    // And the host's own file reads back the same.
+    std::filesystem::path again = m_folder.path() / "tapered.again.dxf";
+    ASSERT_TRUE(host().SaveDrawing(again, error));
+    EXPECT_EQ(qmtest::ReadText(again), qmtest::ReadText(saved));
+}
+
 TEST_F(SaveTest, ErasedObjectsAreNotWritten) {
     std::wstring error;
     ASSERT_TRUE(host().OpenDrawing(qmtest::FixturePath("fields_r2010.dxf"), error));

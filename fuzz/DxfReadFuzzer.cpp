@@ -1,0 +1,76 @@
+// Any bytes as a drawing file: the host either refuses them with a message
+// or reads them; what it read it saves, reads back, and saves again to the
+// same bytes, and every entity answers its extents and, for curves, its
+// area and length without fault.
+#include <dbents.h>
+#include <dbsymtb.h>
+
+#include <cstdio>
+#include <string>
+
+#include "FuzzSupport.h"
+#include "db/DatabaseImpl.h"
+#include "dxf/DxfFiles.h"
+
+namespace {
+
+std::string Save(const AcDbDatabase& db) {
+    char* buffer = nullptr;
+    size_t size = 0;
+    std::FILE* out = open_memstream(&buffer, &size);
+    QM_FUZZ_CHECK(out != nullptr);
+    QM_FUZZ_CHECK(cadhost::dxf::WriteStream(db, out) == Acad::eOk);
+    std::fclose(out);
+    std::string text(buffer, size);
+    std::free(buffer);
+    return text;
+}
+
+Acad::ErrorStatus Read(const std::string& text, AcDbDatabase& db, std::wstring& error) {
+    std::FILE* in = fmemopen(const_cast<char*>(text.data()), text.size(), "rb");
+    if (!in) return Acad::eFileAccessErr;
+    Acad::ErrorStatus es = cadhost::dxf::ReadStream(in, L"fuzz.dxf", db, error);
+    std::fclose(in);
+    return es;
+}
+
+void TouchEntities(AcDbDatabase& db) {
+    auto* blocks = AcDbBlockTable::cast(cadhost::DatabaseImpl::Peek(db.blockTableId()));
+    QM_FUZZ_CHECK(blocks != nullptr);
+    for (AcDbObjectId blockId : blocks->recordIds()) {
+        auto* block = AcDbBlockTableRecord::cast(cadhost::DatabaseImpl::Peek(blockId));
+        if (!block) continue;
+        for (AcDbObjectId id : block->entityIds()) {
+            auto* entity = AcDbEntity::cast(cadhost::DatabaseImpl::Peek(id));
+            if (!entity) continue;
+            AcDbExtents extents;
+            entity->getGeomExtents(extents);
+            if (auto* curve = AcDbCurve::cast(entity)) {
+                double area, end, length;
+                curve->getArea(area);
+                if (curve->getEndParam(end) == Acad::eOk) curve->getDistAtParam(end, length);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    std::string text(reinterpret_cast<const char*>(data), size);
+    AcDbDatabase db(false);
+    std::wstring error;
+    if (Read(text, db, error) != Acad::eOk) {
+        QM_FUZZ_CHECK(error.rfind(L"fuzz.dxf: ", 0) == 0);
+        QM_FUZZ_CHECK(db.approxNumObjects() == 0);
+        return 0;
+    }
+    TouchEntities(db);
+    std::string saved = Save(db);
+    AcDbDatabase again(false);
+    Acad::ErrorStatus es = Read(saved, again, error);
+    if (es != Acad::eOk) std::fprintf(stderr, "%ls\n", error.c_str());
+    QM_FUZZ_CHECK(es == Acad::eOk);
+    QM_FUZZ_CHECK(Save(again) == saved);
+    return 0;
+}
