@@ -584,7 +584,7 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
 
 const bool registered = RegisterClass({"FIELD", AcDbField::desc, [] { return static_cast<AcDbObject*>(new AcDbField); },
                                        ReadField, FinishField, WriteField, "AcDbField", "ObjectDBX Classes", 1152,
-                                       false});
+                                       false, "AcDbField"});
 
 }  // namespace
 }  // namespace cadhost::dxf
