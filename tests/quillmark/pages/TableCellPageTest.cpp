@@ -1,0 +1,163 @@
+// The Table Cell page inside the Field dialog: cell references and their
+// message, the code of the page, the cell name through the hook, and a
+// stored field loaded into the page.
+#include <dbapserv.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "HostResource.h"
+#include "pages/AsdkTableCellFieldOptionDialog.h"
+#include "plugin/ModuleState.h"
+#include "plugin/hook/AsdkCustomOptionDialogHook.h"
+#include "support/DialogTestSupport.h"
+#include "ui/UserInput.h"
+#include "ui/resources/ModuleResources.h"
+
+namespace {
+
+std::string ReadSource(const std::string& relative) {
+    std::ifstream in(std::string(QM_SOURCE_DIR) + "/" + relative, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// A hook that counts how often a page asks it to bring the code up to date.
+class CountingHook : public AsdkCustomOptionDialogHook {
+public:
+    BOOL UpdateFieldCode() override {
+        ++updates;
+        return AsdkCustomOptionDialogHook::UpdateFieldCode();
+    }
+    int updates = 0;
+};
+
+class TableCellPageTest : public qmtest::HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        cadhost::ui::ParseResult parsed = cadhost::ui::ParseResourceScript(
+            {{L"Quillmark.rc", ReadSource("quillmark/resources/Quillmark.rc")},
+             {L"resource.h", ReadSource("quillmark/resources/resource.h")}});
+        ASSERT_TRUE(parsed.script) << cadhost::ToUtf8(parsed.error);
+        cadhost::ui::AttachResources(qmtest::TestModule(), parsed.script);
+        m_instance = _hdllInstance;
+        _hdllInstance = qmtest::TestModule();
+        host().desktop().SetDriver(&m_driver);
+        ASSERT_TRUE(AcFdUiGetFieldManager()->RegisterFieldDialogHook(&m_hook));
+    }
+    void TearDown() override {
+        AcFdUiGetFieldManager()->UnregisterFieldDialogHook(&m_hook);
+        host().desktop().SetDriver(nullptr);
+        _hdllInstance = m_instance;
+        cadhost::ui::AttachResources(qmtest::TestModule(), nullptr);
+        HostTest::TearDown();
+    }
+
+    // Runs the Field dialog on the Table Cell page; the test acts on the page.
+    void OnPage(std::function<void(CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog&)> act,
+                AcDbField* edited = nullptr) {
+        CAcFdUiFieldDialog dialog(acdbHostApplicationServices()->workingDatabase(), 0, edited);
+        m_driver.onModal = [&](HWND) {
+            if (!edited) {
+                auto* list = static_cast<CListBox*>(dialog.GetDlgItem(IDC_ACFD_FIELD_LIST));
+                int index = list->FindStringExact(-1, L"QM Table Cell");
+                ASSERT_GE(index, 0);
+                ASSERT_EQ(cadhost::ui::UserChoose(list->m_hWnd, index), L"");
+            }
+            auto* page = dynamic_cast<AsdkTableCellFieldOptionDialog*>(m_hook.Page(QM_FIELD_TABLE_CELL));
+            ASSERT_NE(page, nullptr);
+            act(dialog, *page);
+            dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
+        };
+        dialog.DoModal();
+        delete dialog.TakeField();
+    }
+    static std::wstring Text(CWnd& page, int id) {
+        CString text;
+        page.GetDlgItemText(id, text);
+        return text.str();
+    }
+
+    CountingHook m_hook;
+    qmtest::TestDriver m_driver;
+    HINSTANCE m_instance = nullptr;
+};
+
+TEST_F(TableCellPageTest, CellReferencesCountFromOneAndReachToZZ) {
+    OnPage([&](CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog& page) {
+        struct Case {
+            int row, column;
+            const wchar_t* reference;
+        };
+        const Case cases[] = {{1, 1, L"$A$1"},     {3, 28, L"$AB$3"},  {1, 26, L"$Z$1"},   {7, 27, L"$AA$7"},
+                              {10, 52, L"$AZ$10"}, {2, 53, L"$BA$2"},  {99, 702, L"$ZZ$99"}, {1, 703, L""},
+                              {123456, 2, L"$B$123456"}};
+        for (const Case& c : cases)
+            EXPECT_EQ(page.MakeCellReference(c.row, c.column).str(), c.reference) << c.row << "," << c.column;
+        EXPECT_TRUE(m_driver.boxes.empty());  // none of these is below 1
+    });
+}
+
+TEST_F(TableCellPageTest, ARowOrColumnBelowOneSaysSoAndGivesNothing) {
+    OnPage([&](CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog& page) {
+        const int cases[][2] = {{0, 1}, {1, 0}, {-3, 5}, {5, -1}, {0, 0}};
+        for (const auto& c : cases) {
+            m_driver.boxes.clear();
+            EXPECT_EQ(page.MakeCellReference(c[0], c[1]).str(), L"") << c[0] << "," << c[1];
+            ASSERT_EQ(m_driver.boxes.size(), 1u);
+            EXPECT_EQ(m_driver.boxes[0].text, L"The row index and column index should be a positive number.");
+            EXPECT_EQ(m_driver.boxes[0].caption, L"Norvo Quillmark");
+            EXPECT_EQ(m_driver.boxes[0].type & 0xF, static_cast<UINT>(MB_OK));
+        }
+    });
+}
+
+TEST_F(TableCellPageTest, TheCellNameGoesThroughTheHookUnlessTheUserTypedACode) {
+    OnPage([&](CAcFdUiFieldDialog& dialog, AsdkTableCellFieldOptionDialog& page) {
+        // A new page: nothing behind the evaluator id and its blank.
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell >%");
+        int before = m_hook.updates;
+        page.SetCellName(L"Table(<3C>).$AB$3");
+        EXPECT_EQ(m_hook.updates, before + 1);
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<3C>).$AB$3");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell Table(<3C>).$AB$3>%");
+        EXPECT_EQ(dialog.GetFieldCode().str(), L"%<\\TableCell Table(<3C>).$AB$3>%");
+        // Text typed into the code box wins over the page.
+        ASSERT_EQ(cadhost::ui::UserType(dialog.GetFieldCodeEditCtrl()->m_hWnd, L"%<\\TableCell typed>%"), L"");
+        page.SetCellName(L"Table(<3C>).$A$1");
+        EXPECT_EQ(dialog.GetFieldCode().str(), L"%<\\TableCell typed>%");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell Table(<3C>).$A$1>%");
+        page.SetCellName(L"");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell >%");
+    });
+}
+
+TEST_F(TableCellPageTest, LoadingAStoredFieldShowsItsCellAndValue) {
+    OnPage([&](CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog& page) {
+        page.SetCellName(L"Table(<1F>).$C$4");
+        EXPECT_FALSE(page.LoadField(nullptr));
+        // No data item, or one that is not a text: the page stays as it was.
+        AcDbField bare(L"%<\\TableCell Table(<3C>).$A$1>%");
+        EXPECT_FALSE(page.LoadField(&bare));
+        AcDbField number(L"%<\\TableCell Table(<3C>).$A$1>%");
+        AcFdFieldValue whole(static_cast<Adesk::Int32>(7));
+        number.setData(L"TableCell Data", &whole);
+        EXPECT_FALSE(page.LoadField(&number));
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<1F>).$C$4");
+        EXPECT_EQ(Text(page, IDC_PREVIEW), L"");
+
+        // A field whose evaluator stored the reference and a value.
+        AcDbField stored(L"%<\\TableCell Table(<3C>).$B$2>%");
+        AcFdFieldValue reference(L"Table(<3C>).$B$2");
+        stored.setData(L"TableCell Data", &reference);
+        int before = m_hook.updates;
+        EXPECT_TRUE(page.LoadField(&stored));
+        EXPECT_EQ(m_hook.updates, before + 1);
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<3C>).$B$2");
+        EXPECT_EQ(Text(page, IDC_PREVIEW), L"");  // never evaluated: no value
+    });
+}
+
+}  // namespace
