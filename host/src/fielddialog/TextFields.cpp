@@ -7,6 +7,8 @@
 
 #include <memory>
 
+#include "fields/FieldUpdate.h"
+
 namespace cadhost {
 namespace {
 
@@ -43,7 +45,8 @@ Acad::ErrorStatus Refresh(AcDbMText& text, int context) {
     es = acdbOpenObject(field, id, AcDb::kForWrite);
     if (es != Acad::eOk) return es;
     field->evaluate(context, text.database());
-    text.setContents(field->getValue());
+    // A line break of the value is a paragraph break of the text.
+    text.setContents(ShownInMText(field->getValue()).c_str());
     field->close();
     return Acad::eOk;
 }
