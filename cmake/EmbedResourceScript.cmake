@@ -1,6 +1,9 @@
 # Writes OUTPUT, a source file that holds the texts of FILES (separated by
-# "|", the resource script first) under cadhost_resource_script. Run with
-# cmake -P by qm_embed_resources.
+# "|", the resource script first) under SYMBOL (cadhost_resource_script when
+# not given). Run with cmake -P by qm_embed_resources.
+if(NOT SYMBOL)
+  set(SYMBOL cadhost_resource_script)
+endif()
 string(REPLACE "|" ";" files "${FILES}")
 set(delimiter "qmrc")
 set(body "")
@@ -21,5 +24,5 @@ set(content "// Made by the build from the module's resource script; do not edit
 string(APPEND content "struct CadhostEmbeddedResourceFile {\n    const char* name;\n    const char* text;\n    unsigned long size;\n};\n\n")
 string(APPEND content "${body}\n")
 string(APPEND content "extern \"C\" __attribute__((visibility(\"default\"), used)) const CadhostEmbeddedResourceFile\n")
-string(APPEND content "    cadhost_resource_script[] = {\n${table}    {nullptr, nullptr, 0},\n};\n")
+string(APPEND content "    ${SYMBOL}[] = {\n${table}    {nullptr, nullptr, 0},\n};\n")
 file(WRITE ${OUTPUT} "${content}")

@@ -3,9 +3,15 @@
 # their text under the exported symbol cadhost_resource_script, which the
 # host finds in the module's image and reads once.
 #
-#   qm_embed_resources(TARGET SCRIPT file.rc [INCLUDES header.h ...])
+#   qm_embed_resources(TARGET SCRIPT file.rc [INCLUDES header.h ...] [SYMBOL name])
+#
+# The host library's own script goes under another symbol (SYMBOL), so that
+# no module's symbol of the same name clashes with it.
 function(qm_embed_resources target)
-  cmake_parse_arguments(EMBED "" "SCRIPT" "INCLUDES" ${ARGN})
+  cmake_parse_arguments(EMBED "" "SCRIPT;SYMBOL" "INCLUDES" ${ARGN})
+  if(NOT EMBED_SYMBOL)
+    set(EMBED_SYMBOL cadhost_resource_script)
+  endif()
   if(NOT EMBED_SCRIPT)
     message(FATAL_ERROR "qm_embed_resources(${target}) needs a SCRIPT")
   endif()
@@ -18,7 +24,7 @@ function(qm_embed_resources target)
   set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources.cpp)
   string(REPLACE ";" "|" joined "${absolute}")
   add_custom_command(OUTPUT ${output}
-    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output}
+    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output} -DSYMBOL=${EMBED_SYMBOL}
             -P ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
     DEPENDS ${absolute} ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
     COMMENT "Embedding the resource script of ${target}"

@@ -4,6 +4,8 @@
 // shows.
 #include <tchar.h>
 
+#include <cwctype>
+
 #include <filesystem>
 
 #include "ScriptDriver.h"
@@ -40,7 +42,21 @@ int ControlId(const Word& word) {
     return ScriptRunner::ParseInteger(word, L"a control id");
 }
 
+// A control named by a word: in the innermost dialog, or in the Field
+// dialog under the innermost page's dialog.
+HWND NamedControl(ScriptRunner& runner, const Word& word) {
+    HWND dialog = InnermostDialog(runner);
+    CWnd* object = CWnd::FromHandlePermanent(dialog);
+    CWnd* control = object && object->IsKindOf(RUNTIME_CLASS(CDialog))
+                        ? static_cast<CDialog*>(object)->ScriptControl(word.text.c_str())
+                        : nullptr;
+    if (!control || !DesktopOf(runner).IsWindow(control->m_hWnd))
+        throw ScriptError(L"the " + ui::DescribeDialog(dialog) + L" has no control named " + ui::Quoted(word.text));
+    return control->m_hWnd;
+}
+
 HWND FindControl(ScriptRunner& runner, const Word& word) {
+    if (!word.quoted && !word.text.empty() && iswalpha(word.text[0])) return NamedControl(runner, word);
     int id = ControlId(word);
     HWND dialog = InnermostDialog(runner);
     HWND target = TargetOf(runner, dialog);

@@ -114,5 +114,6 @@ private:
 void DefineHostCommands(ScriptRunner& runner);
 void DefineDialogCommands(ScriptRunner& runner);
 void DefineDrawingCommands(ScriptRunner& runner);
+void DefineFieldCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

@@ -96,5 +96,6 @@ int main(int argc, char** argv) {
     cadhost::script::DefineHostCommands(runner);
     cadhost::script::DefineDialogCommands(runner);
     cadhost::script::DefineDrawingCommands(runner);
+    cadhost::script::DefineFieldCommands(runner);
     return runner.RunFile(*options.script, std::cerr);
 }

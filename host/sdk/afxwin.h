@@ -357,6 +357,9 @@ public:
     // This host's own: the window whose controls a session script works.
     // A dialog that shows pages of its own answers the current page.
     virtual CWnd* ScriptTarget() { return this; }
+    // A control that scripts name by a word rather than an id (the Field
+    // dialog's "code" box); null for a name the dialog does not know.
+    virtual CWnd* ScriptControl(LPCTSTR name) { return nullptr; }
 
     LPCTSTR m_lpszTemplateName;
     UINT m_nIDHelp;

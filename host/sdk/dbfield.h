@@ -152,9 +152,10 @@ public:
     // Files the field in the object's extension dictionary, in the
     // dictionary "ACAD_FIELD" under the name, with its children. The object
     // must be in a database and open for write; the database owns the field
-    // afterwards.
+    // afterwards, and the field is open for write until closed.
     Acad::ErrorStatus setInObject(AcDbObject* object, const ACHAR* propertyName);
-    // Adds the field and its children to a database, which owns them then.
+    // Adds the field and its children to a database, which owns them then;
+    // the field is open for write until closed.
     Acad::ErrorStatus postInDatabase(AcDbDatabase* database);
 
     // Used by the host's evaluation machinery.

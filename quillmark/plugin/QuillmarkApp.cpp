@@ -2,9 +2,11 @@
 
 #include "Product.h"
 #include "plugin/ModuleState.h"
+#include "plugin/hook/AsdkCustomOptionDialogHook.h"
 #include "services/Registry.h"
 
 CQuillmarkApp theApp;
+AsdkCustomOptionDialogHook* theFieldDialogHook = nullptr;
 
 namespace {
 const int kQueueBufferLength = 1024;
@@ -42,6 +44,11 @@ bool ComposeMenuLoadExpression(const CString& menuFile, int place, CString& expr
 AcRx::AppRetCode CQuillmarkApp::OnInitApp(void* pkt) {
     AcRx::AppRetCode result = AcRxArxApp::OnInitApp(pkt);
 
+    // The module's field types join the Field dialog; whether the manager
+    // took the hook is not looked at.
+    theFieldDialogHook = new AsdkCustomOptionDialogHook;
+    if (CAcFdUiFieldManager* manager = AcFdUiGetFieldManager()) manager->RegisterFieldDialogHook(theFieldDialogHook);
+
     ACHAR moduleFile[MAX_PATH];
     ::GetModuleFileNameW(moduleInstance, moduleFile, MAX_PATH);
     ::PathRemoveFileSpecW(moduleFile);
@@ -71,4 +78,14 @@ AcRx::AppRetCode CQuillmarkApp::OnInitApp(void* pkt) {
     return result;
 }
 
-AcRx::AppRetCode CQuillmarkApp::OnUnloadApp(void* pkt) { return AcRxArxApp::OnUnloadApp(pkt); }
+AcRx::AppRetCode CQuillmarkApp::OnUnloadApp(void* pkt) {
+    // The hook must not outlive the module's code: it leaves the Field
+    // dialog before the module goes.
+    if (theFieldDialogHook) {
+        if (CAcFdUiFieldManager* manager = AcFdUiGetFieldManager())
+            manager->UnregisterFieldDialogHook(theFieldDialogHook);
+        delete theFieldDialogHook;
+        theFieldDialogHook = nullptr;
+    }
+    return AcRxArxApp::OnUnloadApp(pkt);
+}

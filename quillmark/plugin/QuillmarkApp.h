@@ -20,3 +20,7 @@ bool ComposeMenuLoadExpression(const CString& menuFile, int place, CString& expr
 int FindPullDownPlace();
 
 extern CQuillmarkApp theApp;
+
+class AsdkCustomOptionDialogHook;
+// The one hook of the module in the Field dialog, from load to unload.
+extern AsdkCustomOptionDialogHook* theFieldDialogHook;

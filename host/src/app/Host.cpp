@@ -1,5 +1,7 @@
 #include "app/Host.h"
 
+#include <AcFdUi.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
@@ -73,6 +75,7 @@ Host::Host(HostOptions options)
     auto print = [this](const std::wstring& text) { Print(text); };
     m_processor = std::make_unique<CommandProcessor>(m_commands, *m_documents, print);
     m_fieldEngine = std::make_unique<AcFdFieldEngine>();
+    m_fieldManager = std::make_unique<CAcFdUiFieldManager>();
     m_linker = std::make_unique<DynamicLinker>(m_moduleFolder, print);
     m_sysRegistry.atPut(ACRX_DYNAMIC_LINKER, m_linker.get());
     m_sysRegistry.atPut(ACRX_COMMAND_DOCK, &m_commands);
@@ -138,10 +141,11 @@ void Host::ConnectModules() {
         if (Document* document = m_documents->Current()) m_linker->Send(app, AcRx::kLoadDwgMsg, document);
     });
     // A module that goes takes its functions with it, and the field engine
-    // forgets its evaluators, withdrawn or not.
+    // and the Field dialog forget its evaluators and hooks, withdrawn or not.
     m_linker->SetUnloadListener([this](DynamicLinker::App& app) {
         m_functions.Forget(&app);
         m_fieldEngine->dropLoadersOfModule(app.module);
+        m_fieldManager->DropHooksOfModule(app.module);
     });
     m_processor->lisp().SetFallback(
         [this](const std::wstring& name, const std::vector<LispValue>&) -> std::optional<LispValue> {

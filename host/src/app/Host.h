@@ -24,6 +24,8 @@
 #include "registry/SettingsStore.h"
 #include "ui/Desktop.h"
 
+class CAcFdUiFieldManager;
+
 namespace cadhost {
 
 struct HostOptions {
@@ -62,6 +64,7 @@ public:
     SelectionSets& selections() { return m_selections; }
     ui::Desktop& desktop() { return *m_desktop; }
     AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
+    CAcFdUiFieldManager& fieldManager() { return *m_fieldManager; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
 
     // A new empty drawing replaces the current one.
@@ -98,6 +101,7 @@ private:
     std::unique_ptr<CommandProcessor> m_processor;
     std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
     std::unique_ptr<AcFdFieldEngine> m_fieldEngine;
+    std::unique_ptr<CAcFdUiFieldManager> m_fieldManager;
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
 };
 

@@ -49,7 +49,8 @@ std::wstring Compose(const AcDbField& field, int flags) {
         i += place->second;
     }
     if (m.textField) return body;
-    if (!m.format.empty() && !(flags & AcDbField::kStripOptions)) body += L" \\f \"" + m.format + L"\"";
+    if ((!m.format.empty() || m.formatOption) && !(flags & AcDbField::kStripOptions))
+        body += L" \\f \"" + m.format + L"\"";
     if (flags & AcDbField::kAddMarkers) body = L"%<" + body + L">%";
     return body;
 }
@@ -67,13 +68,16 @@ std::wstring EscapeBackslashes(const std::wstring& text) {
 // New child fields for parsed codes; supplied children are taken from the
 // caller's array. Answers false, having made nothing, when a supplied child
 // is missing.
-bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* supplied) {
+// Each supplied child stands in one place only, and no field holds itself.
+bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* supplied, const AcDbField* owner,
+                   std::vector<const AcDbField*>& used) {
     for (const auto& child : code.children) {
         if (child.suppliedChild) {
-            if (!supplied || *child.suppliedChild >= static_cast<size_t>(supplied->length()) ||
-                !(*supplied)[static_cast<int>(*child.suppliedChild)])
-                return false;
-        } else if (!CheckSupplied(child, supplied)) {
+            if (!supplied || *child.suppliedChild >= static_cast<size_t>(supplied->length())) return false;
+            const AcDbField* given = (*supplied)[static_cast<int>(*child.suppliedChild)];
+            if (!given || given == owner || std::find(used.begin(), used.end(), given) != used.end()) return false;
+            used.push_back(given);
+        } else if (!CheckSupplied(child, supplied, owner, used)) {
             return false;
         }
     }
@@ -94,6 +98,7 @@ void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* 
     m.evaluatorId = code.evaluatorId;
     m.code = code.code;
     m.format = code.format;
+    m.formatOption = code.formatOption;
     m.hasCode = true;
     m.unreadable = false;
     m.textField = _wcsicmp(code.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
@@ -161,7 +166,8 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
     std::optional<cadhost::ParsedCode> parsed = (flags & kTextField)
                                                     ? cadhost::ParseTextWithFields(fieldCode, error, places)
                                                     : cadhost::ParseFieldCode(fieldCode, error, places);
-    if (!parsed || !CheckSupplied(*parsed, childFields)) return Acad::eInvalidInput;
+    std::vector<const AcDbField*> used;
+    if (!parsed || !CheckSupplied(*parsed, childFields, this, used)) return Acad::eInvalidInput;
     std::vector<Impl::Child> old;
     old.swap(m_impl->children);
     Adopt(*m_impl, *parsed, childFields);
@@ -172,7 +178,9 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
                                           [&child](const Impl::Child& kept) { return kept.id == child.id; });
     });
     EraseChildrenInDatabase(old);
-    for (auto& child : old) delete child.held;
+    for (auto& child : old) {
+        if (std::find(used.begin(), used.end(), child.held) == used.end()) delete child.held;
+    }
     if (AcDbDatabase* db = database()) return PostChildren(*this, db);
     return Acad::eOk;
 }
@@ -230,6 +238,7 @@ Acad::ErrorStatus AcDbField::setFormat(const ACHAR* format) {
     Acad::ErrorStatus es = assertWriteEnabled();
     if (es != Acad::eOk) return es;
     m_impl->format = format ? format : L"";
+    m_impl->formatOption = !m_impl->format.empty();
     m_impl->evaluatorText.reset();
     return Acad::eOk;
 }

@@ -60,6 +60,9 @@ public:
             if (end == std::wstring::npos) return Fail(L"the field code lacks its closing >%");
             if (end != body.size()) return Fail(L"text follows the closing >% of the field code");
             body = body.substr(2, body.size() - 4);
+        } else if (MatchingClose(std::wstring(kOpen) + body + kClose, 0) != body.size() + 4) {
+            // Without its markers the code must still read the same once they are added.
+            return Fail(L"the field code holds a >% or %< that does not pair up");
         }
         if (body.empty() || body[0] != L'\\') return Fail(L"a field code begins with a backslash and its evaluator id");
         size_t idEnd = 1;
@@ -85,7 +88,7 @@ public:
         }
         // Children first, so that an option of a child is not taken for ours.
         std::optional<std::wstring> arguments = Children(rest, code.children, depth);
-        if (!arguments || !SplitFormat(*arguments, code.format)) return std::nullopt;
+        if (!arguments || !SplitFormat(*arguments, code.format, code.formatOption)) return std::nullopt;
         code.code = L"\\" + code.evaluatorId + *arguments;
         return code;
     }
@@ -106,11 +109,14 @@ private:
     }
 
     // Takes a trailing \f "..." option off the arguments. The option is the
-    // first blank-framed \f followed by a quote; its text runs to the last
-    // character, which must be the closing quote.
-    bool SplitFormat(std::wstring& arguments, std::wstring& format) {
-        for (size_t i = 0; i + 2 < arguments.size(); ++i) {
-            if (!IsBlank(arguments[i]) || arguments[i + 1] != L'\\' || arguments[i + 2] != L'f') continue;
+    // last blank-framed \f followed by a quote; its text runs to the last
+    // character, which must be the closing quote. So the format holds no
+    // option of its own and reads the same when written back.
+    bool SplitFormat(std::wstring& arguments, std::wstring& format, bool& found) {
+        for (size_t i = arguments.size(); i-- > 0;) {
+            if (i + 2 >= arguments.size() || !IsBlank(arguments[i]) || arguments[i + 1] != L'\\' ||
+                arguments[i + 2] != L'f')
+                continue;
             size_t q = i + 3;
             if (q < arguments.size() && !IsBlank(arguments[q])) continue;
             while (q < arguments.size() && IsBlank(arguments[q])) ++q;
@@ -121,7 +127,13 @@ private:
                 Fail(L"the \\f option must be last, its format in double quotes");
                 return false;
             }
-            format = arguments.substr(q + 1, last - q - 2);
+            std::wstring text = arguments.substr(q + 1, last - q - 2);
+            if (text.find(L"%<\\") != std::wstring::npos) {
+                Fail(L"a field code stands inside the format of the \\f option");
+                return false;
+            }
+            format = std::move(text);
+            found = true;
             size_t keep = i;
             while (keep > 0 && IsBlank(arguments[keep - 1])) --keep;
             arguments.erase(keep);
@@ -184,7 +196,12 @@ std::optional<std::pair<size_t, size_t>> ChildPlaceAt(const std::wstring& text, 
 
 std::optional<ParsedCode> ParseFieldCode(const std::wstring& text, std::wstring& error, bool placesAllowed) {
     error.clear();
-    return Reader(error, placesAllowed).Code(text, 0);
+    std::optional<ParsedCode> code = Reader(error, placesAllowed).Code(text, 0);
+    if (code && code->suppliedChild) {
+        error = L"a child field's place is no field code of its own";
+        return std::nullopt;
+    }
+    return code;
 }
 
 std::optional<ParsedCode> ParseTextWithFields(const std::wstring& text, std::wstring& error, bool placesAllowed) {

@@ -21,6 +21,7 @@ struct ParsedCode {
     // with "%<\_FldIdx n>%" where child n stood.
     std::wstring code;
     std::wstring format;  // the text of the \f option, without its quotes
+    bool formatOption = false;  // the code has a \f option, be it empty
     std::vector<ParsedCode> children;
     // For a "%<\_FldIdx n>%" code in the text that was read: n, the place of
     // a child that the caller supplies.

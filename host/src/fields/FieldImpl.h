@@ -20,6 +20,7 @@ struct AcDbField::Impl {
     std::wstring evaluatorId;
     std::wstring code;  // "\Id arguments", or a text field's text, with child places
     std::wstring format;
+    bool formatOption = false;  // an empty \f "" is written back as given
     bool hasCode = false;
     bool textField = false;
     // A code kept as it came (from a file) that does not read as a code.

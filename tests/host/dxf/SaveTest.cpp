@@ -151,7 +151,7 @@ protected:
 
 TEST_F(SaveTest, WhatWasMadeInMemoryReadsBack) {
     Made made = BuildSample();
-    AcDbHandle doorHandle = made.door.handle();
+    AcDbHandle doorHandle = made.door.handle();  // the id goes with the drawing that is closed
     AcDbHandle plineHandle = made.pline.handle(), circleHandle = made.circle.handle(),
                referenceHandle = made.reference.handle(), mtextHandle = made.mtext.handle(),
                tableHandle = made.table.handle();

@@ -55,7 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
         GoodCode{L"%<\\AcArea Object(<1>) \\f \"%ps[\"in\",]\">%", L"AcArea", L"\\AcArea Object(<1>)",
                  L"%ps[\"in\",]"},
         GoodCode{L"%<\\AcArea Object(<1>) \\f \"\">%", L"AcArea", L"\\AcArea Object(<1>)", L""},
-        GoodCode{L"%<\\aclength Object(<>)>%", L"aclength", L"\\aclength Object(<>)", L""}));
+        GoodCode{L"%<\\aclength Object(<>)>%", L"aclength", L"\\aclength Object(<>)", L""},
+        // The option is the last \f: an earlier one belongs to the arguments.
+        GoodCode{L"%<\\AcVar a \\f \"x\" b \\f \"y\">%", L"AcVar", L"\\AcVar a \\f \"x\" b", L"y"}));
 
 struct BadCode {
     const wchar_t* text;
@@ -83,7 +85,12 @@ INSTANTIATE_TEST_SUITE_P(
                       BadCode{L"%<\\AcArea Object(<1>) \\f \"%lu2>%", L"\\f option"},
                       BadCode{L"%<\\AcArea Object(<1>) \\f \"%lu2\" \\nested>%", L"\\f option"},
                       BadCode{L"%<\\AcExpr %<\\AcVar x>%", L"closing >%"},
-                      BadCode{L"%<\\_FldIdx 0>%", L"child"}));
+                      BadCode{L"%<\\AcArea x \\f \"a %<\\AcVar y>% b\">%", L"inside the format"},
+                      BadCode{L"%<\\_FldIdx 0>%", L"child"},
+                      // Without markers, text that would end the code once they are added.
+                      BadCode{L"\\AcVar a>%b", L"pair up"},
+                      BadCode{L"\\AcVar a %< b", L"pair up"},
+                      BadCode{L"\\TextField C:\\x \\f \"a>%\"", L"pair up"}));
 
 TEST(FieldCodeText, CodesInsideACodeBecomeChildrenWithTheirOwnOptions) {
     std::wstring error;
@@ -132,6 +139,11 @@ TEST(FieldCodeText, ChildPlacesAreReadWhereChildrenAreSupplied) {
     EXPECT_EQ(parsed->children[0].suppliedChild, 0u);
     EXPECT_EQ(parsed->children[1].suppliedChild, 12u);
     EXPECT_FALSE(ParseTextWithFields(L"%<\\_FldIdx x>%", error, true));
+    EXPECT_FALSE(ParseFieldCode(L" %<\\_FldIdx 0>%", error, true));  // a place alone is no field
+    EXPECT_NE(error.find(L"no field code of its own"), std::wstring::npos);
+    auto inside = ParseFieldCode(L"%<\\AcExpr (%<\\_FldIdx 0>%)>%", error, true);
+    ASSERT_TRUE(inside) << error;
+    EXPECT_EQ(inside->children[0].suppliedChild, 0u);
 
     auto place = cadhost::ChildPlaceAt(L"ab%<\\_FldIdx 7>%", 2);
     ASSERT_TRUE(place);

@@ -57,6 +57,9 @@ TEST(FieldCode, RoundTripsUnderTheFlags) {
          L"\\AcLength Object(<2F1>) \\f \"%lu2%pr2\"", L"\\AcLength Object(<2F1>)", L"%lu2%pr2", L"AcLength"},
         {L"%<\\AcBlockCount >%", L"%<\\AcBlockCount >%", L"\\AcBlockCount ", L"\\AcBlockCount ", L"",
          L"AcBlockCount"},
+        // An empty option stays, so that an earlier \f of the arguments is not taken for it.
+        {L"%<\\AcVar a \\f \"x\" \\f \"\">%", L"%<\\AcVar a \\f \"x\" \\f \"\">%",
+         L"\\AcVar a \\f \"x\" \\f \"\"", L"\\AcVar a \\f \"x\"", L"", L"AcVar"},
         {L"\\TextField C:\\data\\notes.txt", L"%<\\TextField C:\\data\\notes.txt>%", L"\\TextField C:\\data\\notes.txt",
          L"\\TextField C:\\data\\notes.txt", L"", L"TextField"},
     };
@@ -339,9 +342,20 @@ TEST_F(FieldTest, ChildrenCanBeHandedIn) {
     ASSERT_EQ(field.getChild(0, child, AcDb::kForRead), Acad::eOk);
     EXPECT_EQ(child, given);
     EXPECT_EQ(Code(field, AcDbField::kFieldCode), L"<%<\\TextField c.txt>%>");
-    // A place whose child is missing is refused and changes nothing.
+    // A place whose child is missing, a child in two places, or the field
+    // in itself, is refused and changes nothing.
     EXPECT_EQ(field.setFieldCode(L"%<\\_FldIdx 1>%", AcDbField::kTextField, &children), Acad::eInvalidInput);
+    EXPECT_EQ(field.setFieldCode(L"%<\\_FldIdx 0>%%<\\_FldIdx 0>%", AcDbField::kTextField, &children),
+              Acad::eInvalidInput);
+    AcDbFieldArray itself;
+    itself.append(&field);
+    EXPECT_EQ(field.setFieldCode(L"%<\\_FldIdx 0>%", AcDbField::kTextField, &itself), Acad::eInvalidInput);
     EXPECT_EQ(field.childCount(), 1);
+    // A child handed in again stays alive in its new place.
+    ASSERT_EQ(field.setFieldCode(L"again %<\\_FldIdx 0>%", AcDbField::kTextField, &children), Acad::eOk);
+    ASSERT_EQ(field.getChild(0, child, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(child, given);
+    EXPECT_STREQ(child->evaluatorId(), L"TextField");
 }
 
 TEST_F(FieldTest, AFieldInAnObjectLivesInTheDrawingWithItsChildren) {

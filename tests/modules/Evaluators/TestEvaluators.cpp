@@ -3,9 +3,11 @@
 // success: the value is the code's argument text, stored also as the data
 // item "<id> Data"; it withdraws its loader at unload.
 // QmFailingEvaluators.dbx answers the same ids and fails every evaluation
-// with an invalid code; it leaves its loader registered at unload, as a
-// careless module would, so that tests see the host drop it.
+// with an invalid code; it also registers a Field dialog hook of one type;
+// it leaves loader and hook registered at unload, as a careless module
+// would, so that tests see the host drop them.
 #include <AcFdEval.h>
+#include <AcFdUi.h>
 #include <arxHeaders.h>
 #include <dbfield.h>
 
@@ -57,6 +59,23 @@ private:
                                      TestEvaluator(kIds[3]), TestEvaluator(kIds[4]), TestEvaluator(kIds[5])};
 };
 
+#ifdef QM_TEST_EVALUATORS_FAIL
+class CarelessHook : public CAcFdUiFieldDialogHook {
+public:
+    BOOL GetCategories(CStringArray& names, CUIntArray& ids) override {
+        names.Add(L"Careless");
+        ids.Add(900);
+        return TRUE;
+    }
+    BOOL GetFields(UINT, CStringArray& names, CUIntArray& ids, BOOL&) override {
+        names.Add(L"Careless Type");
+        ids.Add(901);
+        return TRUE;
+    }
+};
+CarelessHook* hook = nullptr;
+#endif
+
 TestLoader* loader = nullptr;
 Adesk::UInt32 apiState = 0;
 
@@ -68,6 +87,10 @@ ACRX_MODULE_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* p
         acrxDynamicLinker->unlockApplication(pkt);
         loader = new TestLoader;
         acdbGetFieldEngine()->registerEvaluatorLoader(loader);
+#ifdef QM_TEST_EVALUATORS_FAIL
+        hook = new CarelessHook;
+        AcFdUiGetFieldManager()->RegisterFieldDialogHook(hook);
+#endif
         break;
     case AcRx::kUnloadAppMsg:
 #ifndef QM_TEST_EVALUATORS_FAIL
@@ -75,6 +98,10 @@ ACRX_MODULE_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* p
 #endif
         delete loader;
         loader = nullptr;
+#ifdef QM_TEST_EVALUATORS_FAIL
+        delete hook;
+        hook = nullptr;
+#endif
         break;
     default:
         break;

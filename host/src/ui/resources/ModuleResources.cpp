@@ -6,12 +6,16 @@
 #include "app/Modules.h"
 #include "core/Utf8.h"
 
+extern "C" const cadhost::ui::EmbeddedResourceFile cadhost_host_resource_script[];
+
 namespace cadhost::ui {
 namespace {
 
 // The embedded script of the module whose image starts at base; the symbol
-// must lie in that very image, not in a library it depends on.
+// must lie in that very image, not in a library it depends on. The host's
+// own script has a name of its own.
 const EmbeddedResourceFile* FindEmbedded(HINSTANCE module) {
+    if (module == ModuleTable::Instance().Host()) return cadhost_host_resource_script;
     std::string path = module->path.string();
     void* handle = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
     if (!handle) return nullptr;
