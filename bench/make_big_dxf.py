@@ -27,10 +27,10 @@ def main():
     model = doc.modelspace().block_record_handle
     doc.saveas(out)
     text = open(out, encoding='utf-8').read()
-    seed = int(doc.header['$HANDSEED'], 16)
+    next_handle = int(doc.header['$HANDSEED'], 16)
     head, tail = text.rsplit('  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS', 1)
     target = int(megabytes * 1024 * 1024)
-    handle = seed
+    handle = next_handle
     count = {'LWPOLYLINE': 0, 'CIRCLE': 0, 'INSERT': 0, 'ATTRIB': 0}
     with open(out, 'w', encoding='utf-8', newline='\n') as f:
         f.write(head)
@@ -81,9 +81,9 @@ def main():
         rest = '  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS' + tail
         rest = rest  # the objects of the template follow unchanged
         f.write(rest)
-    # The handle seed goes above every handle written.
+    # The next free handle goes above every handle written.
     data = open(out, encoding='utf-8').read()
-    data = data.replace('$HANDSEED\n  5\n%X\n' % seed, '$HANDSEED\n  5\n%X\n' % (handle + 1), 1)
+    data = data.replace('$HANDSEED\n  5\n%X\n' % next_handle, '$HANDSEED\n  5\n%X\n' % (handle + 1), 1)
     with open(out, 'w', encoding='utf-8', newline='\n') as f:
         f.write(data)
     print('%s: %.1f MB, %s' % (out, os.path.getsize(out) / 1048576.0,

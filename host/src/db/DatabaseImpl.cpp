@@ -26,7 +26,7 @@ void DatabaseImpl::Clear() {
     m_byHandle.clear();
     m_objectOrder.clear();
     m_unnamed.clear();
-    m_handSeed = 1;
+    m_nextHandle = 1;
     blockTable = layerTable = regAppTable = namedObjects = AcDbObjectId();
     modelSpace = paperSpace = currentSpace = clayer = AcDbObjectId();
 }
@@ -38,8 +38,8 @@ AcDbStub* DatabaseImpl::Find(Adesk::UInt64 handle) const {
 
 AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
     if (handle == 0) {
-        while (m_byHandle.count(m_handSeed)) ++m_handSeed;
-        handle = m_handSeed++;
+        while (m_byHandle.count(m_nextHandle)) ++m_nextHandle;
+        handle = m_nextHandle++;
     } else if (AcDbStub* existing = Find(handle)) {
         return existing;
     }
@@ -47,7 +47,7 @@ AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
     stub.database = this;
     stub.handle = handle;
     m_byHandle.emplace(handle, &stub);
-    if (handle >= m_handSeed) m_handSeed = handle + 1;
+    if (handle >= m_nextHandle) m_nextHandle = handle + 1;
     return &stub;
 }
 
@@ -84,8 +84,8 @@ Acad::ErrorStatus DatabaseImpl::AddUnnamed(AcDbObjectId& id, AcDbObject* object)
 
 void DatabaseImpl::NameUnnamed() {
     for (AcDbStub* stub : m_unnamed) {
-        while (m_byHandle.count(m_handSeed)) ++m_handSeed;
-        stub->handle = m_handSeed++;
+        while (m_byHandle.count(m_nextHandle)) ++m_nextHandle;
+        stub->handle = m_nextHandle++;
         m_byHandle.emplace(stub->handle, stub);
     }
     m_unnamed.clear();
@@ -97,7 +97,7 @@ void DatabaseImpl::TakeFrom(DatabaseImpl& other) {
     m_byHandle = std::move(other.m_byHandle);
     m_objectOrder = std::move(other.m_objectOrder);
     m_unnamed = std::move(other.m_unnamed);
-    m_handSeed = other.m_handSeed;
+    m_nextHandle = other.m_nextHandle;
     for (AcDbStub& stub : m_stubs) stub.database = this;
     blockTable = other.blockTable;
     layerTable = other.layerTable;

@@ -37,7 +37,7 @@ public:
     // Puts an object that no database holds under a stub of its own.
     Acad::ErrorStatus Add(AcDbObjectId& id, AcDbObject* object, Adesk::UInt64 handle = 0);
     // The next handle that no object has taken.
-    Adesk::UInt64 HandSeed() const { return m_handSeed; }
+    Adesk::UInt64 NextHandle() const { return m_nextHandle; }
     size_t ObjectCount() const { return m_byHandle.size(); }
     // Objects that are no entities, in the order they were added: what
     // files write in their OBJECTS section.
@@ -87,7 +87,7 @@ private:
     std::unordered_map<Adesk::UInt64, AcDbStub*> m_byHandle;
     std::vector<AcDbObjectId> m_objectOrder;
     std::vector<AcDbStub*> m_unnamed;
-    Adesk::UInt64 m_handSeed = 1;
+    Adesk::UInt64 m_nextHandle = 1;
 };
 
 }  // namespace cadhost

@@ -27,7 +27,7 @@ struct FileState {
     std::string version = "AC1024";  // the $ACADVER of the file
     std::string codePage = "ANSI_1252";
     bool handles = true;        // objects carry handles in the file
-    uint64_t handSeed = 0;      // the file's $HANDSEED
+    uint64_t nextHandle = 0;      // the file's $HANDSEED
     // The names that releases before 2000 give the two spaces' blocks.
     std::string r12ModelSpace = "$MODEL_SPACE";
     std::string r12PaperSpace = "$PAPER_SPACE";

@@ -225,8 +225,8 @@ void Reader::ReadHeader() {
             long long handling = 1;
             if (ParseInteger(v.groups[0].value, handling)) m_file.handles = handling != 0;
         } else if (v.name == "$HANDSEED") {
-            uint64_t seed;
-            if (ParseHandle(v.groups[0].value, seed)) m_file.handSeed = seed;
+            uint64_t next;
+            if (ParseHandle(v.groups[0].value, next)) m_file.nextHandle = next;
         }
     }
     // Releases before 2000 may name no handles: $HANDLING says so.

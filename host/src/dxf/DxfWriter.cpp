@@ -47,7 +47,7 @@ private:
     }
     void EndSection() { m_out.Write(0, "ENDSEC"); }
     // One more than the largest handle that the file will hold.
-    uint64_t WrittenHandSeed() const;
+    uint64_t WrittenNextHandle() const;
     void Header();
     void Classes();
     void Tables();
@@ -172,8 +172,8 @@ void Writer::WriteEntity(AcDbObjectId id) {
     }
 }
 
-uint64_t Writer::WrittenHandSeed() const {
-    if (!m_file.IsR12()) return m_impl.HandSeed();
+uint64_t Writer::WrittenNextHandle() const {
+    if (!m_file.IsR12()) return m_impl.NextHandle();
     // Before 2000 tables, block records and dictionaries are not written,
     // and their handles need not be counted.
     uint64_t largest = 0;
@@ -223,8 +223,8 @@ void Writer::Header() {
         auto* layer = AcDbLayerTableRecord::cast(DatabaseImpl::Peek(m_impl.clayer));
         return m_codec.Encode(layer ? ToUtf8(layer->name()) : std::string("0"));
     };
-    uint64_t seed = WrittenHandSeed();
-    if (m_file.handSeed > seed) seed = m_file.handSeed;
+    uint64_t next = WrittenNextHandle();
+    if (m_file.nextHandle > next) next = m_file.nextHandle;
     std::set<std::string> written;
     for (const HeaderVariable& v : m_file.header) {
         written.insert(v.name);
@@ -236,7 +236,7 @@ void Writer::Header() {
             m_out.Write(30, Real(p.z));
         };
         if (v.name == "$ACADVER") m_out.Write(1, m_file.version);
-        else if (v.name == "$HANDSEED") m_out.Write(5, FormatHandle(seed));
+        else if (v.name == "$HANDSEED") m_out.Write(5, FormatHandle(next));
         else if (v.name == "$LUNITS") m_out.Write(70, std::to_string(m_impl.lunits));
         else if (v.name == "$LUPREC") m_out.Write(70, std::to_string(m_impl.luprec));
         else if (v.name == "$DIMZIN") m_out.Write(70, std::to_string(m_impl.dimzin));
@@ -258,7 +258,7 @@ void Writer::Header() {
     }
     if (!written.count("$HANDSEED") && m_file.handles) {
         m_out.Write(9, "$HANDSEED");
-        m_out.Write(5, FormatHandle(seed));
+        m_out.Write(5, FormatHandle(next));
     }
     auto extra = [&](const char* name, int code, const std::string& value, bool isDefault) {
         if (written.count(name) || isDefault) return;
