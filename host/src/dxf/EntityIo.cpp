@@ -700,7 +700,11 @@ Use ReadViewport(AcDbObject& object, const Group& g, ObjectReader& in) {
 }
 
 void FinishViewport(AcDbObject& object, ObjectReader& in) {
-    if (in.state & 1) static_cast<AcDbViewport&>(object).setViewDirection(Normal(in.scratch));
+    // The direction as the file gave it (its length is the file's own);
+    // a zero vector means the default.
+    AcGeVector3d direction(in.scratch[0], in.scratch[1], in.scratch[2]);
+    if (in.state & 1)
+        static_cast<AcDbViewport&>(object).setViewDirection(direction.isZeroLength() ? AcGeVector3d::kZAxis : direction);
 }
 
 void WriteViewport(const AcDbObject& object, ObjectWriter& out) {
