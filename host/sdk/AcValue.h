@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "AcString.h"
 #include "dbid.h"
 #include "rxobject.h"
 
@@ -24,6 +25,12 @@ public:
         kResbuf = 256,
         kGeneral = 512,
         kColor = 1024,
+    };
+
+    // How format renders a value beyond its format text.
+    enum FormatOption {
+        kFormatOptionNone = 0,
+        kIgnoreMtextFormat = 8,  // a text without its multiline formatting codes
     };
 
     AcValue() = default;
@@ -60,6 +67,8 @@ public:
     // text is freed with acutDelBuffer.
     bool format(const ACHAR* formatText, ACHAR*& text) const;
     ACHAR* format(const ACHAR* formatText = nullptr) const;
+    bool format(const ACHAR* formatText, AcString& text, FormatOption option) const;
+    AcString format(FormatOption option) const;
 
     bool operator==(const AcValue& other) const;
 

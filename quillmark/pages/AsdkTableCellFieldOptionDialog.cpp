@@ -72,13 +72,9 @@ BOOL AsdkTableCellFieldOptionDialog::LoadField(AcDbField* field) {
     if (!ReadTextDataItem(field, kCellData, name)) return FALSE;
     SetCellName(name);
     AcFdFieldValue value;
-    CString preview;
-    if (field->getValue(value) == Acad::eOk) {
-        ACHAR* text = nullptr;
-        if (value.format(nullptr, text) && text) preview = text;
-        if (text) acutDelBuffer(text);
-    }
-    if (m_preview.m_hWnd) m_preview.SetWindowText(preview);
+    AcString preview;
+    if (field->getValue(value) == Acad::eOk) preview = value.format(AcValue::kIgnoreMtextFormat);
+    if (m_preview.m_hWnd) m_preview.SetWindowText(preview.kwszPtr());
     return TRUE;
 }
 

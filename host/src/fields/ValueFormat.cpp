@@ -2,11 +2,13 @@
 // in the working drawing's units, texts as they are, points by their
 // coordinates, object ids by their handles.
 #include <AcValue.h>
+#include <adslib.h>
 #include <dbmain.h>
 
 #include <cwchar>
 
 #include "app/Host.h"
+#include "db/MTextFormat.h"
 #include "format/ValueFormatter.h"
 
 namespace {
@@ -53,5 +55,20 @@ bool AcValue::format(const ACHAR* formatText, ACHAR*& text) const {
 ACHAR* AcValue::format(const ACHAR* formatText) const {
     ACHAR* text = nullptr;
     format(formatText, text);
+    return text;
+}
+
+bool AcValue::format(const ACHAR* formatText, AcString& text, FormatOption option) const {
+    text = AcString();
+    ACHAR* shown = nullptr;
+    if (!format(formatText, shown)) return false;
+    text = (option & kIgnoreMtextFormat) ? AcString(cadhost::StripMTextCodes(shown)) : AcString(shown);
+    acutDelBuffer(shown);
+    return true;
+}
+
+AcString AcValue::format(FormatOption option) const {
+    AcString text;
+    format(nullptr, text, option);
     return text;
 }

@@ -3,10 +3,12 @@
 // stored field loaded into the page.
 #include <dbapserv.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "HostResource.h"
+#include "host/fields/FieldTestSupport.h"
 #include "pages/AsdkTableCellFieldOptionDialog.h"
 #include "plugin/ModuleState.h"
 #include "plugin/hook/AsdkCustomOptionDialogHook.h"
@@ -157,6 +159,48 @@ TEST_F(TableCellPageTest, LoadingAStoredFieldShowsItsCellAndValue) {
         EXPECT_EQ(m_hook.updates, before + 1);
         EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<3C>).$B$2");
         EXPECT_EQ(Text(page, IDC_PREVIEW), L"");  // never evaluated: no value
+
+        // A value that carries formatting codes shows without them.
+        qmtest::ScriptedEvaluator cell(L"TableCell", qmtest::Succeeds(L"{\\fArial|b1;12.5}\\Pk\\~W"));
+        qmtest::ScriptedLoader loader;
+        loader.Add(&cell);
+        ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+        EXPECT_EQ(stored.evaluate(AcDbField::kPreview, acdbHostApplicationServices()->workingDatabase()), Acad::eOk);
+        EXPECT_TRUE(page.LoadField(&stored));
+        EXPECT_EQ(Text(page, IDC_PREVIEW), L"12.5\nk W");
+        host().fieldEngine().unregisterEvaluatorLoader(&loader);
+    });
+}
+
+TEST_F(TableCellPageTest, TheDialogComesBackWhateverThePickGives) {
+    std::wstring error;
+    ASSERT_TRUE(host().OpenDrawing(std::filesystem::path(QM_SOURCE_DIR) / "examples" / "tour.dxf", error))
+        << cadhost::ToUtf8(error);
+    OnPage([&](CAcFdUiFieldDialog& dialog, AsdkTableCellFieldOptionDialog& page) {
+        auto pick = [&] {
+            page.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_PICK_CELL, BN_CLICKED), 0);
+            EXPECT_FALSE(dialog.InEditorCommand());
+            EXPECT_TRUE(dialog.IsWindowVisible());
+            EXPECT_EQ(host().input().pending(), 0u);  // the page took one answer
+        };
+        host().input().Point(68.75, 17.5, 0);
+        pick();
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<3C>).$AB$3");
+        EXPECT_EQ(Text(page, IDC_PREVIEW), L"12.5 kW");
+        host().input().Escape();
+        pick();
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"Table(<3C>).$AB$3");
+        host().input().Point(-5, -5, 0);
+        pick();
+        EXPECT_EQ(Text(page, IDC_CELL_NAME), L"");
+        EXPECT_EQ(Text(page, IDC_PREVIEW), L"");
+        // Each pick asked with the page's prompt.
+        std::string output = TakeOutput();
+        size_t prompts = 0;
+        for (size_t at = output.find("Select table cell:"); at != std::string::npos;
+             at = output.find("Select table cell:", at + 1))
+            ++prompts;
+        EXPECT_EQ(prompts, 3u) << output;
     });
 }
 
