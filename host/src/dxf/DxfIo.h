@@ -52,6 +52,11 @@ struct Group {
 // of a point, the later parts of a long text), which counts as one.
 enum class Use { kKept, kKnown, kContinued };
 
+// Whether a group that its class took as a continuation really continues
+// the group the class took just before (-1: none), as its writer counts it:
+// Y and Z after X, the later parts of a long text after its first.
+bool ContinuesGroup(int previousTaken, int code);
+
 class ObjectReader;
 class ObjectWriter;
 
@@ -113,6 +118,9 @@ public:
     // part the class recognised by its codes, the file having no marker):
     // the marker is counted there, and a late one is kept as it is.
     virtual void PassMarker(std::string_view subclass) = 0;
+    // The code of the group the class took just before this one, -1 when
+    // the group before was not the class's.
+    int previousTaken = -1;
     // Values the class keeps for its finish function while one object is
     // read (cleared before each object).
     double scratch[8] = {};

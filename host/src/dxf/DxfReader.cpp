@@ -436,16 +436,11 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
                 continue;
             }
         }
+        previousTaken = previous;
         Use use = io ? io->read(*object, g, *this) : Use::kKept;
-        // A continuation continues only the group the class took just
-        // before (Y after X, a text's next part); else it counts on its own,
-        // as its writer will count it.
-        if (use == Use::kContinued) {
-            bool continues = previous >= 0 && (previous == g.code - 10 || previous == g.code - 20 ||
-                                               (g.code == 1 && (previous == 2 || previous == 3)) ||
-                                               ((g.code == 2 || g.code == 3) && previous == g.code));
-            if (!continues) use = Use::kKnown;
-        }
+        // A continuation that does not follow its first part counts on its
+        // own, as its writer will count it.
+        if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;
         if (use == Use::kKnown) ++m_count;
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
         lastTaken = use == Use::kKept ? -1 : g.code;
@@ -869,6 +864,18 @@ void Reader::Finish() {
 }
 
 }  // namespace
+
+bool ContinuesGroup(int previousTaken, int code) {
+    if (previousTaken < 0) return false;
+    if (previousTaken == code - 10 || previousTaken == code - 20) return true;  // Y, Z after X
+    switch (code) {
+    case 1: return previousTaken == 2 || previousTaken == 3;  // the last part of a text in parts
+    case 2: return previousTaken == 2;
+    case 3: return previousTaken == 2 || previousTaken == 3;  // a field code's overflow
+    case 9: return previousTaken == 301 || previousTaken == 9;  // a field format's overflow
+    default: return false;
+    }
+}
 
 Acad::ErrorStatus ReadStream(std::FILE* file, const std::wstring& name, AcDbDatabase& into, std::wstring& error) {
     // The first bytes tell a binary drawing or a binary DXF from text.

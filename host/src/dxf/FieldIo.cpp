@@ -328,7 +328,8 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     // The field's own groups are all taken: those out of place make the
     // field irregular, and it is written back as it came while unchanged.
     Use use = ReadFieldGroup(m, g, in);
-    r.raw_groups.push_back({g.code, std::string(g.value), use != Use::kContinued});
+    bool counted = use != Use::kContinued || !ContinuesGroup(in.previousTaken, g.code);
+    r.raw_groups.push_back({g.code, std::string(g.value), counted});
     if (use != Use::kKept) return use;
     r.irregular = true;
     return Use::kKnown;

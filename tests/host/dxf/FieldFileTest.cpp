@@ -426,3 +426,29 @@ TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
 }
 
 }  // namespace
+
+TEST_F(FieldFileTest, GroupsKeptAmidALongCodeAndFormatStayWhereTheyStood) {
+    // The overflow parts of a field's code (3) and format (9) belong to the
+    // group before them: an application's group after them keeps its place.
+    std::wstring longPart(300, L'y');
+    AcDbObjectId text = qmtest::AddFieldText(
+        db()->modelSpaceId(), AcGePoint3d(0, 0, 0),
+        (L"%<\\Probe " + longPart + L" \\f \"%pr2" + longPart + L"\">%").c_str(), 0x15);
+    AcDbObjectId child = qmtest::ChildFieldOf(text, 0);
+    ASSERT_FALSE(child.isNull());
+    std::string saved = qmtest::ReadText(Save("long.dxf"));
+    size_t field = saved.find("  0\nFIELD\n  5\n" + cadhost::ToUtf8(HandleText(child)) + "\n");
+    ASSERT_NE(field, std::string::npos);
+    const std::string kept = "102\n{QMTEST\n  1\nnote\n102\n}\n";
+    size_t afterCode = saved.find("\n 90\n", saved.find("\n  3\n", field));
+    ASSERT_NE(afterCode, std::string::npos);
+    saved.insert(afterCode + 1, kept);
+    size_t afterFormat = saved.find("\n 98\n", saved.find("\n  9\n", field));
+    ASSERT_NE(afterFormat, std::string::npos);
+    saved.insert(afterFormat + 1, kept);
+    std::filesystem::path edited = m_folder.path() / "long_kept.dxf";
+    qmtest::WriteText(edited, saved);
+    Open(edited);
+    std::filesystem::path first = Save("long_kept_first.dxf");
+    EXPECT_EQ(qmtest::CompareDxf(edited, first), "");
+}
