@@ -91,8 +91,8 @@ def make_tour(path):
     doc.saveas(path)
 
     text = open(path, encoding='utf-8').read()
-    seed = int(doc.header['$HANDSEED'], 16)
-    schedule, index = '%X' % seed, '%X' % (seed + 1)
+    next_handle = int(doc.header['$HANDSEED'], 16)
+    schedule, index = '%X' % next_handle, '%X' % (next_handle + 1)
     model = table_groups(schedule, doc.modelspace().block_record_handle, block_schedule.name,
                          block_schedule.block_record_handle, 'TABLES', SCHEDULE_INSERT, SCHEDULE_ROWS,
                          SCHEDULE_COLUMNS, schedule_texts())
@@ -101,7 +101,7 @@ def make_tour(path):
     entities = text.index('\nENTITIES\n')
     entities_end = text.rindex('  0\n', 0, text.index('\nENDSEC\n', entities))
     text = text[:entities_end] + dxf(model) + dxf(paper) + text[entities_end:]
-    text = text.replace('$HANDSEED\n  5\n%X\n' % seed, '$HANDSEED\n  5\n%X\n' % (seed + 2), 1)
+    text = text.replace('$HANDSEED\n  5\n%X\n' % next_handle, '$HANDSEED\n  5\n%X\n' % (next_handle + 2), 1)
     classes_end = text.rindex('  0\nENDSEC', 0, text.index('\nTABLES\n'))
     text = text[:classes_end] + dxf([(0, 'CLASS'), (1, 'ACAD_TABLE'), (2, 'AcDbTable'), (3, 'ObjectDBX Classes'),
                                      (90, 1025), (91, 2), (280, 0), (281, 1)]) + text[classes_end:]

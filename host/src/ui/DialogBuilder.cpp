@@ -29,13 +29,13 @@ HWND BuildDialog(Desktop& desktop, const DialogTemplate& dialog, HWND parentOrOw
     HFONT font = desktop.gdi().CreateFont(logFont);
     SIZE units = DialogBaseUnits(logFont);
 
-    WindowSpec spec;
-    spec.className = L"#32770";
-    spec.text = dialog.caption;
-    spec.style = dialog.style;
-    spec.exStyle = dialog.exStyle;
-    spec.parent = parentOrOwner;
-    spec.font = font;
+    WindowParams params;
+    params.className = L"#32770";
+    params.text = dialog.caption;
+    params.style = dialog.style;
+    params.exStyle = dialog.exStyle;
+    params.parent = parentOrOwner;
+    params.font = font;
     RECT frame = FrameOf(dialog.style, dialog.exStyle, WindowKind::Dialog);
     int width = MulDiv(dialog.cx, units.cx, 4) + frame.left + frame.right;
     int height = MulDiv(dialog.cy, units.cy, 8) + frame.top + frame.bottom;
@@ -52,8 +52,8 @@ HWND BuildDialog(Desktop& desktop, const DialogTemplate& dialog, HWND parentOrOw
             at.y += origin.y;
         }
     }
-    spec.rect = RECT{at.x, at.y, at.x + width, at.y + height};
-    HWND window = MakeWindow(desktop, spec);
+    params.rect = RECT{at.x, at.y, at.x + width, at.y + height};
+    HWND window = MakeWindow(desktop, params);
     if (!window) {
         desktop.gdi().DeleteFont(font);
         why = L"the dialog " + dialog.name.Describe() + L" cannot be made";
@@ -65,7 +65,7 @@ HWND BuildDialog(Desktop& desktop, const DialogTemplate& dialog, HWND parentOrOw
     window->templateName = dialog.name.Describe();
 
     for (const ControlTemplate& control : dialog.controls) {
-        WindowSpec item;
+        WindowParams item;
         item.className = control.className;
         item.style = control.style | WS_CHILD;
         item.exStyle = control.exStyle;

@@ -35,24 +35,24 @@ RECT FrameOf(DWORD style, DWORD exStyle, WindowKind kind) {
     return frame;
 }
 
-HWND MakeWindow(Desktop& desktop, const WindowSpec& spec) {
-    HWND parent = desktop.IsWindow(spec.parent) ? spec.parent : nullptr;
-    if ((spec.style & WS_CHILD) && !parent) return nullptr;
-    WindowKind kind = KindOfClass(spec.className);
-    HWND window = desktop.NewWindow(kind, spec.className);
-    window->text = spec.text;
-    window->style = spec.style;
-    window->exStyle = spec.exStyle;
-    window->rect = spec.rect;
-    window->id = spec.id;
-    window->frame = FrameOf(spec.style, spec.exStyle, kind);
-    window->font = spec.font ? spec.font : desktop.gdi().StockFont(SYSTEM_FONT);
+HWND MakeWindow(Desktop& desktop, const WindowParams& params) {
+    HWND parent = desktop.IsWindow(params.parent) ? params.parent : nullptr;
+    if ((params.style & WS_CHILD) && !parent) return nullptr;
+    WindowKind kind = KindOfClass(params.className);
+    HWND window = desktop.NewWindow(kind, params.className);
+    window->text = params.text;
+    window->style = params.style;
+    window->exStyle = params.exStyle;
+    window->rect = params.rect;
+    window->id = params.id;
+    window->frame = FrameOf(params.style, params.exStyle, kind);
+    window->font = params.font ? params.font : desktop.gdi().StockFont(SYSTEM_FONT);
     if (desktop.gdi().IsFont(window->font)) {
         SIZE units = DialogBaseUnits(window->font->logFont);
         window->baseX = units.cx;
         window->baseY = units.cy;
     }
-    if (spec.style & WS_CHILD) desktop.SetParent(window, parent);
+    if (params.style & WS_CHILD) desktop.SetParent(window, parent);
     else window->owner = parent;
     return window;
 }

@@ -10,7 +10,7 @@ namespace cadhost::ui {
 
 WindowKind KindOfClass(const std::wstring& className);
 
-struct WindowSpec {
+struct WindowParams {
     std::wstring className;
     std::wstring text;
     DWORD style = 0;
@@ -22,7 +22,7 @@ struct WindowSpec {
 };
 
 // A new window; null when a child has no parent.
-HWND MakeWindow(Desktop& desktop, const WindowSpec& spec);
+HWND MakeWindow(Desktop& desktop, const WindowParams& params);
 
 // The edges around a window's client area that its style asks for.
 RECT FrameOf(DWORD style, DWORD exStyle, WindowKind kind);

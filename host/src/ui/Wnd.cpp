@@ -102,16 +102,16 @@ BOOL CWnd::CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowNa
                     CWnd* pParentWnd, UINT nID, LPVOID) {
     Desktop* desktop = TheDesktop();
     if (!desktop || m_hWnd) return FALSE;
-    cadhost::ui::WindowSpec spec;
-    spec.className = lpszClassName ? lpszClassName : L"";
-    spec.text = lpszWindowName ? lpszWindowName : L"";
-    spec.style = dwStyle;
-    spec.exStyle = dwExStyle;
-    spec.rect = rect;
-    spec.id = static_cast<int>(nID);
-    spec.parent = pParentWnd ? pParentWnd->m_hWnd : nullptr;
-    if (Live(spec.parent)) spec.font = spec.parent->font;
-    HWND window = cadhost::ui::MakeWindow(*desktop, spec);
+    cadhost::ui::WindowParams params;
+    params.className = lpszClassName ? lpszClassName : L"";
+    params.text = lpszWindowName ? lpszWindowName : L"";
+    params.style = dwStyle;
+    params.exStyle = dwExStyle;
+    params.rect = rect;
+    params.id = static_cast<int>(nID);
+    params.parent = pParentWnd ? pParentWnd->m_hWnd : nullptr;
+    if (Live(params.parent)) params.font = params.parent->font;
+    HWND window = cadhost::ui::MakeWindow(*desktop, params);
     if (!window) return FALSE;
     window->attached = this;
     m_hWnd = window;
