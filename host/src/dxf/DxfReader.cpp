@@ -295,11 +295,17 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
 
     // Its handle first, so that it has an id while its groups are read.
     uint64_t handle = 0;
-    bool hasHandle = false, handleGroup = false, layerGroup = false;
+    // A handle after the owner or an application's group is late: the
+    // writer puts it before them.
+    bool hasHandle = false, handleGroup = false, layerGroup = false, markerPassed = false, handleLate = false;
+    bool ownerOrApplication = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         if (m_groups[i].code == 8) layerGroup = true;
-        if (m_groups[i].code == 100 || handleGroup) continue;
+        if (m_groups[i].code == 100) markerPassed = true;
+        if (markerPassed || handleGroup) continue;
+        if (m_groups[i].code == 330 || m_groups[i].code == 102) ownerOrApplication = true;
         if (m_groups[i].code == handleCode) {
+            handleLate = ownerOrApplication;
             Group g = At(i);
             if (!ParseHandle(g.value, handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
             hasHandle = handle != 0;
@@ -328,9 +334,10 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     size_t& nextMarker = m_nextMarker;
     nextMarker = 0;
     // The writer writes a handle and an entity's layer also where the file
-    // had none: they are counted where they will stand.
+    // had none, and a late handle ahead: they are counted where they will
+    // stand.
     bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
-    if (writesHandle && !handleGroup) ++m_count;
+    if (writesHandle && (!handleGroup || handleLate)) ++m_count;
     bool layerPending = isEntity && !layerGroup;
     int lastTaken = -1;  // the code of the group the class took just before, else -1
     bool handleSeen = false, markerSeen = false, layerSeen = false;
@@ -389,7 +396,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         }
         if (!markerSeen && !handleSeen && g.code == handleCode) {
             handleSeen = true;
-            ++m_count;
+            if (!handleLate) ++m_count;
             continue;
         }
         if (!markerSeen && !m_hadOwner && g.code == 330) {

@@ -70,6 +70,11 @@ bool GroupReader::Next(Group& group) {
         throw FileError(codeLine, "a group code was expected, not \"" + shown + "\"");
     }
     if (!ReadLine(m_value)) throw FileError(codeLine, "the file ends after group code " + std::to_string(code) + ": it is cut short");
+    // A text DXF never holds a zero byte; one that a value took along would
+    // be written back where it makes the file unreadable.
+    if (std::memchr(m_value.data(), '\0', m_value.size()))
+        throw FileError(m_line, "the value of group " + std::to_string(code) +
+                                    " holds a zero byte: the file is not a text DXF file");
     m_last.code = static_cast<int>(code);
     m_last.value = m_value;
     m_last.line = codeLine;

@@ -63,6 +63,8 @@ TEST_F(BadFileTest, BrokenFilesGiveClearErrors) {
          ": the file is a binary DXF; only ASCII DXF files can be opened"},
         {"nul.dxf", std::string("0\nSECTION\n\0\0", 12), Acad::eBadDxfFile,
          ": the file is not a DXF file (it holds binary data)"},
+        {"late-nul.dxf", Entities(Dxf({{0, "LINE"}, {8, std::string("wa\0ll", 5)}})), Acad::eBadDxfFile,
+         ": line 8: the value of group 8 holds a zero byte: the file is not a text DXF file"},
         {"words.dxf", "hello world\nthis is no drawing\n", Acad::eBadDxfFile,
          ": line 1: a group code was expected, not \"hello world\""},
         {"cut.dxf", full.substr(0, full.size() / 2), Acad::eBadDxfFile, "cut short"},

@@ -407,6 +407,26 @@ TEST_F(FieldFileTest, AFieldWithoutHandleGetsOneAheadOfItsGroups) {
     EXPECT_EQ(saved.compare(field, fieldHead.size(), fieldHead), 0) << saved.substr(field, 60);
 }
 
+TEST_F(FieldFileTest, AHandleAfterItsOwnerIsWrittenAheadWithTheGroupsInOrder) {
+    // An object whose handle follows its owner and a second owner group
+    // that names nothing: the handle goes first, the second group stays
+    // behind the owner, and the saved file opens again.
+    std::filesystem::path path = Edited("late_handle.dxf", "", "");
+    std::string text = qmtest::ReadText(path);
+    size_t end = text.rfind("  0\nENDSEC\n");
+    ASSERT_NE(end, std::string::npos);
+    text.insert(end, "  0\nWIDGET\n330\nC\n330\nnot a handle\n-30\n3\n  5\n3FFF\n100\nAcDbWidget\n  1\nkept\n");
+    qmtest::WriteText(path, text);
+    Open(path);
+    std::filesystem::path first = Save("late_handle_first.dxf");
+    Open(first);
+    std::filesystem::path second = Save("late_handle_second.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::string saved = qmtest::ReadText(first);
+    const std::string widget = "  0\nWIDGET\n  5\n3FFF\n330\nC\n330\nnot a handle\n-30\n3\n100\nAcDbWidget\n  1\nkept\n";
+    EXPECT_NE(saved.find(widget), std::string::npos) << saved.substr(saved.find("  0\nWIDGET\n"), 120);
+}
+
 TEST_F(FieldFileTest, AnotherReaderLoadsTheFieldsTheHostWrote) {
     qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"Made %<\\Probe x>% here");
     AcDbObjectId paper =
