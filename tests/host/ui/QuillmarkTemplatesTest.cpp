@@ -3,10 +3,8 @@
 #include <acdocman.h>
 #include <afxwin.h>
 
-#include <fstream>
-#include <sstream>
 
-#include "support/DialogTestSupport.h"
+#include "support/ModulePagesTest.h"
 #include "ui/Controls.h"
 #include "ui/resources/ModuleResources.h"
 #include "ui/resources/ResourceLookup.h"
@@ -17,23 +15,10 @@ using cadhost::ui::ControlTemplate;
 using cadhost::ui::DialogTemplate;
 using cadhost::ui::ResourceName;
 
-std::string ReadSource(const std::string& relative) {
-    std::ifstream in(std::string(QM_SOURCE_DIR) + "/" + relative, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::shared_ptr<const cadhost::ui::ResourceScript> ModuleScript() {
-    cadhost::ui::ParseResult parsed = cadhost::ui::ParseResourceScript(
-        {{L"Quillmark.rc", ReadSource("quillmark/resources/Quillmark.rc")},
-         {L"resource.h", ReadSource("quillmark/resources/resource.h")}});
-    EXPECT_TRUE(parsed.script) << cadhost::ToUtf8(parsed.error);
-    return parsed.script;
-}
+using qmtest::ModuleResourceScript;
 
 TEST(QuillmarkTemplates, EveryPageHasItsSizeFontAndStyle) {
-    auto script = ModuleScript();
+    auto script = ModuleResourceScript();
     ASSERT_TRUE(script);
     struct Page {
         WORD id;
@@ -59,7 +44,7 @@ TEST(QuillmarkTemplates, EveryPageHasItsSizeFontAndStyle) {
 }
 
 TEST(QuillmarkTemplates, ControlsHaveTheirIdsKindsCaptionsPlacesAndStyles) {
-    auto script = ModuleScript();
+    auto script = ModuleResourceScript();
     ASSERT_TRUE(script);
     struct Row {
         WORD page;
@@ -141,7 +126,7 @@ TEST(QuillmarkTemplates, ControlsHaveTheirIdsKindsCaptionsPlacesAndStyles) {
 }
 
 TEST(QuillmarkTemplates, TheRecentFileMenuHasOneInactiveItem) {
-    auto script = ModuleScript();
+    auto script = ModuleResourceScript();
     ASSERT_TRUE(script);
     const auto* menu = script->FindMenu(ResourceName::Text(L"029DA631-CAF4-4096-984F-808D80049830"));
     ASSERT_NE(menu, nullptr);

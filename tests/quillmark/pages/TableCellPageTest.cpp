@@ -4,26 +4,15 @@
 #include <dbapserv.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "HostResource.h"
 #include "host/fields/FieldTestSupport.h"
 #include "pages/AsdkTableCellFieldOptionDialog.h"
-#include "plugin/ModuleState.h"
 #include "plugin/hook/AsdkCustomOptionDialogHook.h"
-#include "support/DialogTestSupport.h"
+#include "support/ModulePagesTest.h"
 #include "ui/UserInput.h"
-#include "ui/resources/ModuleResources.h"
 
 namespace {
-
-std::string ReadSource(const std::string& relative) {
-    std::ifstream in(std::string(QM_SOURCE_DIR) + "/" + relative, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // A hook that counts how often a page asks it to bring the code up to date.
 class CountingHook : public AsdkCustomOptionDialogHook {
@@ -35,27 +24,9 @@ public:
     int updates = 0;
 };
 
-class TableCellPageTest : public qmtest::HostTest {
+class TableCellPageTest : public qmtest::ModulePagesTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        cadhost::ui::ParseResult parsed = cadhost::ui::ParseResourceScript(
-            {{L"Quillmark.rc", ReadSource("quillmark/resources/Quillmark.rc")},
-             {L"resource.h", ReadSource("quillmark/resources/resource.h")}});
-        ASSERT_TRUE(parsed.script) << cadhost::ToUtf8(parsed.error);
-        cadhost::ui::AttachResources(qmtest::TestModule(), parsed.script);
-        m_instance = _hdllInstance;
-        _hdllInstance = qmtest::TestModule();
-        host().desktop().SetDriver(&m_driver);
-        ASSERT_TRUE(AcFdUiGetFieldManager()->RegisterFieldDialogHook(&m_hook));
-    }
-    void TearDown() override {
-        AcFdUiGetFieldManager()->UnregisterFieldDialogHook(&m_hook);
-        host().desktop().SetDriver(nullptr);
-        _hdllInstance = m_instance;
-        cadhost::ui::AttachResources(qmtest::TestModule(), nullptr);
-        HostTest::TearDown();
-    }
+    CAcFdUiFieldDialogHook& Hook() override { return m_hook; }
 
     // Runs the Field dialog on the Table Cell page; the test acts on the page.
     void OnPage(std::function<void(CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog&)> act,
@@ -83,8 +54,6 @@ protected:
     }
 
     CountingHook m_hook;
-    qmtest::TestDriver m_driver;
-    HINSTANCE m_instance = nullptr;
 };
 
 TEST_F(TableCellPageTest, CellReferencesCountFromOneAndReachToZZ) {

@@ -5,9 +5,7 @@
 #include <dbapserv.h>
 #include <dbsymtb.h>
 
-#include <fstream>
 #include <set>
-#include <sstream>
 
 #include "HostResource.h"
 #include "pages/AsdkAreaOptionDialog.h"
@@ -18,7 +16,7 @@
 #include "pages/AsdkTextFileFieldOptionDialog.h"
 #include "plugin/ModuleState.h"
 #include "plugin/hook/AsdkCustomOptionDialogHook.h"
-#include "support/DialogTestSupport.h"
+#include "support/ModulePagesTest.h"
 #include "ui/UserInput.h"
 #include "ui/resources/ModuleResources.h"
 
@@ -26,13 +24,6 @@ namespace {
 
 const FieldTypeId kSix[] = {QM_FIELD_LENGTH, QM_FIELD_AREA, QM_FIELD_BLOCK_COUNT,
                             QM_FIELD_TEXT_FILE, QM_FIELD_EXCEL_CELL, QM_FIELD_TABLE_CELL};
-
-std::string ReadSource(const std::string& relative) {
-    std::ifstream in(std::string(QM_SOURCE_DIR) + "/" + relative, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::vector<std::wstring> Texts(const CStringArray& array) {
     std::vector<std::wstring> out;
@@ -48,27 +39,9 @@ std::vector<UINT> Ids(const CUIntArray& array) {
 
 // The module's code in the test program: its templates are given to the
 // program's own handle, which stands for the module's instance.
-class HookTest : public qmtest::HostTest {
+class HookTest : public qmtest::ModulePagesTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        cadhost::ui::ParseResult parsed = cadhost::ui::ParseResourceScript(
-            {{L"Quillmark.rc", ReadSource("quillmark/resources/Quillmark.rc")},
-             {L"resource.h", ReadSource("quillmark/resources/resource.h")}});
-        ASSERT_TRUE(parsed.script) << cadhost::ToUtf8(parsed.error);
-        cadhost::ui::AttachResources(qmtest::TestModule(), parsed.script);
-        m_instance = _hdllInstance;
-        _hdllInstance = qmtest::TestModule();
-        host().desktop().SetDriver(&m_driver);
-        ASSERT_TRUE(AcFdUiGetFieldManager()->RegisterFieldDialogHook(&m_hook));
-    }
-    void TearDown() override {
-        AcFdUiGetFieldManager()->UnregisterFieldDialogHook(&m_hook);
-        host().desktop().SetDriver(nullptr);
-        _hdllInstance = m_instance;
-        cadhost::ui::AttachResources(qmtest::TestModule(), nullptr);
-        HostTest::TearDown();
-    }
+    CAcFdUiFieldDialogHook& Hook() override { return m_hook; }
     AcDbDatabase* Db() { return acdbHostApplicationServices()->workingDatabase(); }
     bool Load(const char* module) {
         const std::filesystem::path bin = QM_OUTPUT_DIR;
@@ -108,8 +81,6 @@ protected:
     }
 
     AsdkCustomOptionDialogHook m_hook;
-    qmtest::TestDriver m_driver;
-    HINSTANCE m_instance = nullptr;
 };
 
 TEST_F(HookTest, ListsItsEvaluatorIdsCategoryAndTypesInTheirOrders) {
