@@ -43,6 +43,15 @@ protected:
         return path;
     }
     AcDbObjectId Id(const std::string& handle) { return IdOfHandle(db(), cadhost::FromUtf8(handle)); }
+    // Saves the drawing, opens the file and saves it again: the second file
+    // must be the first. Answers the first.
+    std::filesystem::path SaveTwice(const std::string& stem) {
+        std::filesystem::path first = Save(stem + "_first.dxf");
+        Open(first);
+        std::filesystem::path second = Save(stem + "_second.dxf");
+        EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+        return first;
+    }
 
     // Every field of the drawing under its handle, described.
     std::map<std::wstring, std::wstring> AllFields() {
@@ -321,10 +330,7 @@ TEST_F(FieldFileTest, AnApplicationGroupLeftOpenDoesNotTakeTheFieldWithIt) {
     std::wstring described = DescribeField(Id(t.child));
     EXPECT_EQ(described.find(L"evaluator TableCell\ncode \\TableCell Table(<"), 0u) << cadhost::ToUtf8(described);
     EXPECT_NE(described.find(L"\nvalue old\n"), std::wstring::npos) << cadhost::ToUtf8(described);
-    std::filesystem::path first = Save("open_first.dxf");
-    Open(first);
-    std::filesystem::path second = Save("open_second.dxf");
-    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::filesystem::path first = SaveTwice("open");
     EXPECT_EQ(qmtest::CompareDxf(path, first), "");
 }
 
@@ -372,10 +378,7 @@ TEST_F(FieldFileTest, ExtendedDataThatDoesNotReadLeavesTheFieldItsGroups) {
     Open(path);
     std::wstring described = DescribeField(Id(t.child));
     EXPECT_NE(described.find(L"\nvalue old\n"), std::wstring::npos) << cadhost::ToUtf8(described);
-    std::filesystem::path first = Save("xdata_first.dxf");
-    Open(first);
-    std::filesystem::path second = Save("xdata_second.dxf");
-    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::filesystem::path first = SaveTwice("xdata");
     EXPECT_EQ(qmtest::CompareDxf(path, first), "");
 }
 
@@ -392,10 +395,7 @@ TEST_F(FieldFileTest, AFieldWithoutHandleGetsOneAheadOfItsGroups) {
                      "  0\nWIDGET\n100\nAcDbWidget\n  1\nkept\n");
     qmtest::WriteText(path, text);
     Open(path);
-    std::filesystem::path first = Save("handleless_first.dxf");
-    Open(first);
-    std::filesystem::path second = Save("handleless_second.dxf");
-    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::filesystem::path first = SaveTwice("handleless");
     std::string saved = qmtest::ReadText(first);
     size_t widget = saved.find("  0\nWIDGET\n");
     ASSERT_NE(widget, std::string::npos);
@@ -418,10 +418,7 @@ TEST_F(FieldFileTest, AHandleAfterItsOwnerIsWrittenAheadWithTheGroupsInOrder) {
     text.insert(end, "  0\nWIDGET\n330\nC\n330\nnot a handle\n-30\n3\n  5\n3FFF\n100\nAcDbWidget\n  1\nkept\n");
     qmtest::WriteText(path, text);
     Open(path);
-    std::filesystem::path first = Save("late_handle_first.dxf");
-    Open(first);
-    std::filesystem::path second = Save("late_handle_second.dxf");
-    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    std::filesystem::path first = SaveTwice("late_handle");
     std::string saved = qmtest::ReadText(first);
     const std::string widget = "  0\nWIDGET\n  5\n3FFF\n330\nC\n330\nnot a handle\n-30\n3\n100\nAcDbWidget\n  1\nkept\n";
     EXPECT_NE(saved.find(widget), std::string::npos) << saved.substr(saved.find("  0\nWIDGET\n"), 120);
