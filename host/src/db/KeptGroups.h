@@ -18,6 +18,9 @@ struct KeptGroup {
 
 class KeptGroups {
 public:
+    // The anchor of groups that follow all of their object's own groups.
+    static constexpr uint32_t kAtEnd = UINT32_MAX;
+
     void Add(uint32_t anchor, int code, std::string_view value);
     bool empty() const { return m_data.empty(); }
     void clear() { m_data.clear(); }

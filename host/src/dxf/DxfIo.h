@@ -48,9 +48,11 @@ struct Group {
 };
 
 // What a class did with a group: kept it (the reader keeps it for saving),
-// took it, or took it as the continuation of the group before (the Y and Z
-// of a point, the later parts of a long text), which counts as one.
-enum class Use { kKept, kKnown, kContinued };
+// kept it for after the class's own groups (a part that closes the object,
+// whose groups mean other things), took it, or took it as the continuation
+// of the group before (the Y and Z of a point, the later parts of a long
+// text), which counts as one.
+enum class Use { kKept, kKeptAtEnd, kKnown, kContinued };
 
 // Whether a group that its class took as a continuation really continues
 // the group the class took just before (-1: none), as its writer counts it:

@@ -450,7 +450,8 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;
         if (use == Use::kKnown) ++m_count;
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
-        lastTaken = use == Use::kKept ? -1 : g.code;
+        else if (use == Use::kKeptAtEnd) m_kept.Add(KeptGroups::kAtEnd, g.code, g.value);
+        lastTaken = use == Use::kKept || use == Use::kKeptAtEnd ? -1 : g.code;
     }
     if (io && io->finish) io->finish(*object, *this);
     if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);

@@ -436,10 +436,12 @@ void WriteDefinition(const AcDbObject& object, ObjectWriter& out) {
 
 Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& mtext = static_cast<AcDbMText&>(object);
-    if (in.state & 4) return Use::kKept;
+    // The embedded object closes an MTEXT: it stays behind the text's own
+    // groups wherever a file had it.
+    if (in.state & 4) return Use::kKeptAtEnd;
     switch (g.code) {
     case 100: return g.value == "AcDbMText" ? Use::kKnown : Use::kKept;
-    case 101: in.state |= 4; return Use::kKept;
+    case 101: in.state |= 4; return Use::kKeptAtEnd;
     case 10:
     case 20:
     case 30: {

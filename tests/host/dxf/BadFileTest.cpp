@@ -169,4 +169,26 @@ TEST_F(BadFileTest, WhatTheHostCanReadOfOddFiles) {
     ASSERT_TRUE(host().OpenDrawing(saved, error)) << cadhost::ToUtf8(error);
 }
 
+TEST_F(BadFileTest, AnEmbeddedObjectAheadOfItsTextGoesBehindIt) {
+    // A text's embedded object (101) closes it; one that a file gives first
+    // keeps its groups, and the text's own groups after it are kept with
+    // it. Saved, the text's groups come first, and the file opens again the
+    // same.
+    std::string text = Entities(Dxf({{0, "MTEXT"}, {8, "0"}, {101, "Embedded Object"}, {70, "1"}, {10, "2"},
+                                     {20, "3"}, {40, "1"}, {71, "5"}, {1, "abc"}}));
+    std::filesystem::path path = Write("embedded.dxf", text);
+    std::wstring error;
+    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+    std::filesystem::path first = m_folder.path() / "embedded_first.dxf", second = m_folder.path() / "embedded_second.dxf";
+    ASSERT_TRUE(host().SaveDrawing(first, error)) << cadhost::ToUtf8(error);
+    ASSERT_TRUE(host().OpenDrawing(first, error)) << cadhost::ToUtf8(error);
+    ASSERT_TRUE(host().SaveDrawing(second, error)) << cadhost::ToUtf8(error);
+    std::string written = qmtest::ReadText(first);
+    EXPECT_EQ(written, qmtest::ReadText(second));
+    size_t own = written.find(" 71\n1\n  1\n\n"), embedded = written.find("101\nEmbedded Object\n 70\n1\n 10\n2\n");
+    EXPECT_NE(own, std::string::npos) << written;
+    EXPECT_NE(embedded, std::string::npos) << written;
+    EXPECT_LT(own, embedded);
+}
+
 }  // namespace
