@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# The field benchmark: makes a drawing of TABLES tables of 20 rows and 30
+# columns and FIELDS texts that each hold a Table Cell field (once), then
+# measures with cadhost:
+#   - loading the drawing alone (a session that does nothing);
+#   - the same session with a pick on the Table Cell page of the last cell of
+#     the last table, which walks every table of the drawing;
+#   - `cadhost update` bringing every field up to date, and a second update
+#     that changes nothing.
+# Each line gives the wall time and the peak memory of the process.
+#
+#     bench/run_field_bench.sh [BUILD_FOLDER] [TABLES] [FIELDS]
+#
+# BUILD_FOLDER is a build configured with -DQM_BUILD_BENCH=ON (default
+# build-bench, configured and built here if missing).
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=${1:-$root/build-bench}
+tables=${2:-1000}
+fields=${3:-100000}
+if [[ ! -x $build/bin/bench_FieldDrawingMake || ! -x $build/bin/cadhost ]]; then
+  cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
+  cmake --build "$build"
+fi
+data=$build/bench-data
+mkdir -p "$data"
+drawing=$data/fields_${tables}t_${fields}f.dxf
+settings=$data/settings
+if [[ ! -f $drawing ]]; then
+  "$build/bin/bench_FieldDrawingMake" "$drawing" "$tables" "$fields" > "$data/make.txt"
+fi
+point=$(sed -n 's/^last_table_cell_point=//p' "$data/make.txt")
+
+# Wall time and peak memory of a command, its output kept in a file.
+measure() {
+  local label=$1 log=$2
+  shift 2
+  local start end
+  start=$(date +%s.%N)
+  "$@" > "$log" 2>&1 &
+  local pid=$! peak=0 kb
+  while kill -0 "$pid" 2> /dev/null; do
+    kb=$(sed -n 's/^VmHWM:[[:space:]]*\([0-9]*\).*/\1/p' "/proc/$pid/status" 2> /dev/null || true)
+    [[ -n $kb && $kb -gt $peak ]] && peak=$kb
+    sleep 0.05
+  done
+  wait "$pid" || { echo "$label failed:"; cat "$log"; exit 1; }
+  end=$(date +%s.%N)
+  awk -v l="$label" -v s="$start" -v e="$end" -v p="$peak" \
+    'BEGIN { printf "%-28s %7.2f s  peak %7.1f MB\n", l, e - s, p / 1024 }'
+}
+
+printf 'field at 0,-25\ntype "QM Table Cell"\npoint %s\nclick 200\nprint control 202\ncancel\n' "$point" > "$data/pick.qms"
+: > "$data/nothing.qms"
+echo "drawing: $tables tables, $fields fields, $(( $(stat -c %s "$drawing") / 1048576 )) MB"
+measure "open only" "$data/open.log" "$build/bin/cadhost" --settings "$settings" --script "$data/nothing.qms" "$drawing"
+measure "open and pick a cell" "$data/pick.log" "$build/bin/cadhost" --settings "$settings" --script "$data/pick.qms" "$drawing"
+grep -q '"Table(<' "$data/pick.log" || { echo "the pick found no cell:"; cat "$data/pick.log"; exit 1; }
+measure "update (every field)" "$data/update1.log" "$build/bin/cadhost" update "$drawing" -o "$data/updated.dxf" --settings "$settings"
+measure "update (nothing changes)" "$data/update2.log" "$build/bin/cadhost" update "$data/updated.dxf" --settings "$settings"
+cat "$data/update1.log" "$data/update2.log"
