@@ -405,9 +405,14 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             ++m_count;
             continue;
         }
-        if (layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
-            ++m_count;
-            layerPending = false;
+        if (isEntity && !(g.code == 100 && g.value == "AcDbEntity")) {
+            // An entity that a file gives without its marker: the writer
+            // puts one ahead of the layer.
+            if (nextMarker == 0) PassMarker("AcDbEntity");
+            if (layerPending) {
+                ++m_count;
+                layerPending = false;
+            }
         }
         if (g.code == 100) {
             markerSeen = true;

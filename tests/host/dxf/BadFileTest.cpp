@@ -191,4 +191,25 @@ TEST_F(BadFileTest, AnEmbeddedObjectAheadOfItsTextGoesBehindIt) {
     EXPECT_LT(own, embedded);
 }
 
+TEST_F(BadFileTest, AnEntityWithoutMarkersInANewerFileKeepsItsGroupsInOrder) {
+    // A 2000 file whose entity comes without subclass markers and with a
+    // second layer group: saved, the marker goes ahead of the layer, the
+    // second layer group stays behind the first, and the file opens again
+    // the same.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "LINE"}, {5, "2A"}, {8, "A"}, {8, "B"}, {10, "1"}, {20, "2"}, {11, "3"},
+                                     {21, "4"}}));
+    std::filesystem::path path = Write("markerless.dxf", text);
+    std::wstring error;
+    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+    std::filesystem::path first = m_folder.path() / "markerless_first.dxf",
+                          second = m_folder.path() / "markerless_second.dxf";
+    ASSERT_TRUE(host().SaveDrawing(first, error)) << cadhost::ToUtf8(error);
+    ASSERT_TRUE(host().OpenDrawing(first, error)) << cadhost::ToUtf8(error);
+    ASSERT_TRUE(host().SaveDrawing(second, error)) << cadhost::ToUtf8(error);
+    std::string written = qmtest::ReadText(first);
+    EXPECT_EQ(written, qmtest::ReadText(second));
+    EXPECT_NE(written.find("100\nAcDbEntity\n  8\nA\n  8\nB\n100\nAcDbLine\n"), std::string::npos) << written;
+}
+
 }  // namespace
