@@ -340,7 +340,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     if (writesHandle && (!handleGroup || handleLate)) ++m_count;
     bool layerPending = isEntity && !layerGroup;
     int lastTaken = -1;  // the code of the group the class took just before, else -1
-    bool handleSeen = false, markerSeen = false, layerSeen = false;
+    bool handleSeen = false, markerSeen = false, layerSeen = false, entityMarkerCounted = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         Group g = At(i);
         int previous = lastTaken;
@@ -405,19 +405,18 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             ++m_count;
             continue;
         }
-        if (isEntity && !(g.code == 100 && g.value == "AcDbEntity")) {
-            // An entity that a file gives without its marker: the writer
-            // puts one ahead of the layer.
-            if (nextMarker == 0) PassMarker("AcDbEntity");
-            if (layerPending) {
-                ++m_count;
-                layerPending = false;
-            }
+        if (layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
+            ++m_count;
+            layerPending = false;
         }
         if (g.code == 100) {
             markerSeen = true;
             m_sawMarkers = true;
             if (!m_file.IsR12()) {
+                if (entityMarkerCounted && g.value == "AcDbEntity") {
+                    entityMarkerCounted = false;  // counted at the layer that came first
+                    continue;
+                }
                 size_t j = nextMarker;
                 while (j < markers.size() && markers[j] != g.value) ++j;
                 if (j == markers.size()) {
@@ -442,6 +441,12 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
                 if (ParseInteger(g.value, follow) && follow == 1) m_attributesFollow = true;
             }
             if (g.code == 8 && !layerSeen) {
+                // The writer puts the entity's marker ahead of its layer,
+                // where a file may have none or give it later.
+                if (nextMarker == 0 && !m_file.IsR12()) {
+                    PassMarker("AcDbEntity");
+                    entityMarkerCounted = true;
+                }
                 layerSeen = true;
                 static_cast<AcDbEntity*>(object)->setLayer(LayerNamed(g.value));
                 ++m_count;

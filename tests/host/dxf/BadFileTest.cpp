@@ -193,12 +193,14 @@ TEST_F(BadFileTest, AnEmbeddedObjectAheadOfItsTextGoesBehindIt) {
 
 TEST_F(BadFileTest, AnEntityWithoutMarkersInANewerFileKeepsItsGroupsInOrder) {
     // A 2000 file whose entity comes without subclass markers and with a
-    // second layer group: saved, the marker goes ahead of the layer, the
-    // second layer group stays behind the first, and the file opens again
-    // the same.
+    // second layer group, and one whose marker follows its layer: saved,
+    // the marker goes ahead of the layer, the second layer group stays
+    // behind the first, and the file opens again the same.
     std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
                        Entities(Dxf({{0, "LINE"}, {5, "2A"}, {8, "A"}, {8, "B"}, {10, "1"}, {20, "2"}, {11, "3"},
-                                     {21, "4"}}));
+                                     {21, "4"}}) +
+                                Dxf({{0, "LINE"}, {5, "2B"}, {8, "C"}, {100, "AcDbEntity"}, {100, "AcDbLine"},
+                                     {10, "1"}, {20, "2"}, {11, "3"}, {21, "4"}}));
     std::filesystem::path path = Write("markerless.dxf", text);
     std::wstring error;
     ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
@@ -210,6 +212,8 @@ TEST_F(BadFileTest, AnEntityWithoutMarkersInANewerFileKeepsItsGroupsInOrder) {
     std::string written = qmtest::ReadText(first);
     EXPECT_EQ(written, qmtest::ReadText(second));
     EXPECT_NE(written.find("100\nAcDbEntity\n  8\nA\n  8\nB\n100\nAcDbLine\n"), std::string::npos) << written;
+    // A marker that comes after the layer is the one the layer counted.
+    EXPECT_NE(written.find("100\nAcDbEntity\n  8\nC\n100\nAcDbLine\n"), std::string::npos) << written;
 }
 
 }  // namespace
