@@ -399,7 +399,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             if (!handleLate) ++m_count;
             continue;
         }
-        if (!markerSeen && !m_hadOwner && g.code == 330) {
+        if (!markerSeen && !m_hadOwner && g.code == 330 && !m_file.IsR12()) {  // files before 2000 name no owners
             m_hadOwner = true;
             m_owner = Id(g);
             ++m_count;

@@ -43,6 +43,20 @@ protected:
         qmtest::WriteText(path, text);
         return path;
     }
+    // Opens a file of the text, saves it, opens what it saved and saves
+    // again: both saves must be the same. Answers the first.
+    std::string SavedTwice(const std::string& stem, const std::string& text) {
+        std::filesystem::path path = Write(stem + ".dxf", text), first = m_folder.path() / (stem + "_first.dxf"),
+                              second = m_folder.path() / (stem + "_second.dxf");
+        std::wstring error;
+        EXPECT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
+        EXPECT_TRUE(host().SaveDrawing(first, error)) << cadhost::ToUtf8(error);
+        EXPECT_TRUE(host().OpenDrawing(first, error)) << cadhost::ToUtf8(error);
+        EXPECT_TRUE(host().SaveDrawing(second, error)) << cadhost::ToUtf8(error);
+        std::string written = qmtest::ReadText(first);
+        EXPECT_EQ(written, qmtest::ReadText(second));
+        return written;
+    }
 };
 
 struct Case {
@@ -176,15 +190,7 @@ TEST_F(BadFileTest, AnEmbeddedObjectAheadOfItsTextGoesBehindIt) {
     // same.
     std::string text = Entities(Dxf({{0, "MTEXT"}, {8, "0"}, {101, "Embedded Object"}, {70, "1"}, {10, "2"},
                                      {20, "3"}, {40, "1"}, {71, "5"}, {1, "abc"}}));
-    std::filesystem::path path = Write("embedded.dxf", text);
-    std::wstring error;
-    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
-    std::filesystem::path first = m_folder.path() / "embedded_first.dxf", second = m_folder.path() / "embedded_second.dxf";
-    ASSERT_TRUE(host().SaveDrawing(first, error)) << cadhost::ToUtf8(error);
-    ASSERT_TRUE(host().OpenDrawing(first, error)) << cadhost::ToUtf8(error);
-    ASSERT_TRUE(host().SaveDrawing(second, error)) << cadhost::ToUtf8(error);
-    std::string written = qmtest::ReadText(first);
-    EXPECT_EQ(written, qmtest::ReadText(second));
+    std::string written = SavedTwice("embedded", text);
     size_t own = written.find(" 71\n1\n  1\n\n"), embedded = written.find("101\nEmbedded Object\n 70\n1\n 10\n2\n");
     EXPECT_NE(own, std::string::npos) << written;
     EXPECT_NE(embedded, std::string::npos) << written;
@@ -201,19 +207,20 @@ TEST_F(BadFileTest, AnEntityWithoutMarkersInANewerFileKeepsItsGroupsInOrder) {
                                      {21, "4"}}) +
                                 Dxf({{0, "LINE"}, {5, "2B"}, {8, "C"}, {100, "AcDbEntity"}, {100, "AcDbLine"},
                                      {10, "1"}, {20, "2"}, {11, "3"}, {21, "4"}}));
-    std::filesystem::path path = Write("markerless.dxf", text);
-    std::wstring error;
-    ASSERT_TRUE(host().OpenDrawing(path, error)) << cadhost::ToUtf8(error);
-    std::filesystem::path first = m_folder.path() / "markerless_first.dxf",
-                          second = m_folder.path() / "markerless_second.dxf";
-    ASSERT_TRUE(host().SaveDrawing(first, error)) << cadhost::ToUtf8(error);
-    ASSERT_TRUE(host().OpenDrawing(first, error)) << cadhost::ToUtf8(error);
-    ASSERT_TRUE(host().SaveDrawing(second, error)) << cadhost::ToUtf8(error);
-    std::string written = qmtest::ReadText(first);
-    EXPECT_EQ(written, qmtest::ReadText(second));
+    std::string written = SavedTwice("markerless", text);
     EXPECT_NE(written.find("100\nAcDbEntity\n  8\nA\n  8\nB\n100\nAcDbLine\n"), std::string::npos) << written;
     // A marker that comes after the layer is the one the layer counted.
     EXPECT_NE(written.find("100\nAcDbEntity\n  8\nC\n100\nAcDbLine\n"), std::string::npos) << written;
+}
+
+TEST_F(BadFileTest, AnOwnerGroupInAFileBefore2000IsKeptWhereItStood) {
+    // Files before 2000 name no owners: a 330 of an entity there is not its
+    // owner, and stays behind the groups it followed.
+    std::string written =
+        SavedTwice("r12_owner", Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1009"}, {0, "ENDSEC"}}) +
+                                    Entities(Dxf({{0, "LINE"}, {8, "0"}, {10, "1"}, {20, "2"}, {11, "3"}, {21, "4"},
+                                                  {5, "2C"}, {330, "1F"}})));
+    EXPECT_NE(written.find(" 21\n4.0\n 31\n0.0\n330\n1F\n  0\n"), std::string::npos) << written;
 }
 
 }  // namespace
