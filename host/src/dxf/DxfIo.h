@@ -49,10 +49,11 @@ struct Group {
 
 // What a class did with a group: kept it (the reader keeps it for saving),
 // kept it for after the class's own groups (a part that closes the object,
-// whose groups mean other things), took it, or took it as the continuation
-// of the group before (the Y and Z of a point, the later parts of a long
-// text), which counts as one.
-enum class Use { kKept, kKeptAtEnd, kKnown, kContinued };
+// whose groups mean other things), took it, took it at a place the class
+// counted before with Skip, or took it as the continuation of the group
+// before (the Y and Z of a point, the later parts of a long text), which
+// counts as one.
+enum class Use { kKept, kKeptAtEnd, kKnown, kCounted, kContinued };
 
 // Whether a group that its class took as a continuation really continues
 // the group the class took just before (-1: none), as its writer counts it:

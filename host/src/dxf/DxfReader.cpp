@@ -458,7 +458,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         // A continuation that does not follow its first part counts on its
         // own, as its writer will count it.
         if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;
-        if (use == Use::kKnown) ++m_count;
+        if (use == Use::kKnown) ++m_count;  // kCounted and kContinued stand in places counted before
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
         else if (use == Use::kKeptAtEnd) m_kept.Add(KeptGroups::kAtEnd, g.code, g.value);
         lastTaken = use == Use::kKept || use == Use::kKeptAtEnd ? -1 : g.code;

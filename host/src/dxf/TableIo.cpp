@@ -17,7 +17,22 @@ namespace {
 // state: 1 in the AcDbTable part, 2 among the cells, 4 inside a cell's
 // value block (300 CELL_VALUE ... 304 ACVALUE_END), 8 the cell's text
 // begun. scratch[3..5] the direction.
-constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16;
+constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16, kTextTaken = 32,
+              kTextEnded = 64;
+
+// The writer gives the table's part in this order: its direction, rows,
+// columns, then heights, widths and cells. A place a file leaves out is
+// counted where a later group shows that it was passed; a group a file gives
+// late stands in the place counted for it. Answers whether the place was
+// counted before.
+enum { kDirectionPlace = 1, kRowsPlace = 2, kColumnsPlace = 3 };
+bool PlaceCounted(ObjectReader& in, int place) {
+    int reached = static_cast<int>(in.scratch[6]);
+    if (reached >= place) return true;
+    if (place - 1 > reached) in.Skip(place - 1 - reached);
+    in.scratch[6] = place;
+    return false;
+}
 
 Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& table = static_cast<AcDbTable&>(object);
@@ -45,20 +60,29 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
         case 21:
         case 31: {
             int axis = (g.code - 11) / 10;
+            bool late = PlaceCounted(in, kDirectionPlace);
             in.scratch[3 + axis] = in.Real(g);
             in.scratch[7] = 1;
-            return axis == 0 ? Use::kKnown : Use::kContinued;
+            if (!late) return Use::kKnown;
+            return axis == 0 ? Use::kCounted : Use::kContinued;
         }
         case 91:
         case 92: {
+            bool late = PlaceCounted(in, g.code == 91 ? kRowsPlace : kColumnsPlace);
             long long count = in.Integer(g);
             if (count < 0 || count > 100000) in.Fail(g, "a table cannot have " + std::to_string(count) + " rows or columns");
             (g.code == 91 ? in.scratch[0] : in.scratch[1]) = static_cast<double>(count);
-            return Use::kKnown;
+            return late ? Use::kCounted : Use::kKnown;
         }
-        case 141: table.rowHeights().push_back(in.Real(g)); return Use::kKnown;
-        case 142: table.columnWidths().push_back(in.Real(g)); return Use::kKnown;
-        case 171: break;  // the first cell
+        case 141:
+            PlaceCounted(in, kColumnsPlace);
+            table.rowHeights().push_back(in.Real(g));
+            return Use::kKnown;
+        case 142:
+            PlaceCounted(in, kColumnsPlace);
+            table.columnWidths().push_back(in.Real(g));
+            return Use::kKnown;
+        case 171: PlaceCounted(in, kColumnsPlace); break;  // the first cell
         default: return Use::kKept;
         }
     }
@@ -66,7 +90,7 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     // cell has none, so that a text given later lands in its own cell.
     if (g.code == 171) {
         if ((in.state & kCells) && !(in.state & kTextBegun)) in.Skip(1);
-        in.state = (in.state | kCells) & ~(kInValue | kTextBegun | kSlotCounted);
+        in.state = (in.state | kCells) & ~(kInValue | kTextBegun | kSlotCounted | kTextTaken | kTextEnded);
         AcDbTable::Cell cell;
         cell.type = static_cast<Adesk::Int16>(in.Integer(g));
         table.cells().push_back(cell);
@@ -91,16 +115,18 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
         return Use::kKept;
     }
     if (g.code == 2 || g.code == 1) {
+        if (in.state & kTextEnded) return Use::kKept;  // a second text of the cell
         AcDbTable::Cell& cell = table.cells().back();
-        bool first = !(in.state & kTextBegun);
-        if (in.state & kSlotCounted) first = false;  // after the style: its place was counted
-        in.state |= kTextBegun;
+        bool first = !(in.state & kTextTaken);
+        in.state |= kTextBegun | kTextTaken;
         in.text[0].append(g.value);
         if (g.code == 1) {
             cell.text = in.Decode(in.text[0]);
             cell.hasText = true;
+            in.state |= kTextEnded;
         }
-        return first ? Use::kKnown : Use::kContinued;
+        if (!first) return Use::kContinued;
+        return (in.state & kSlotCounted) ? Use::kCounted : Use::kKnown;  // after the style: its place was counted
     }
     return Use::kKept;
 }

@@ -4,6 +4,7 @@
 #include <adslib.h>
 #include <dbents.h>
 #include <dbobjptr.h>
+#include <dbtable.h>
 
 #include "db/DatabaseImpl.h"
 #include "support/DxfGroups.h"
@@ -221,6 +222,33 @@ TEST_F(BadFileTest, AnOwnerGroupInAFileBefore2000IsKeptWhereItStood) {
                                     Entities(Dxf({{0, "LINE"}, {8, "0"}, {10, "1"}, {20, "2"}, {11, "3"}, {21, "4"},
                                                   {5, "2C"}, {330, "1F"}})));
     EXPECT_NE(written.find(" 21\n4.0\n 31\n0.0\n330\n1F\n  0\n"), std::string::npos) << written;
+}
+
+TEST_F(BadFileTest, ATableWithPartsMissingOrDoubledKeepsItsOtherGroupsInPlace) {
+    // A table without its direction, a cell with a second text after a
+    // style group, and a cell whose style comes before its text: the table
+    // reads, the direction is written where it belongs, the second text and
+    // the style groups stay with their cells, and the file saves the same
+    // twice.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "ACAD_TABLE"}, {5, "3C"}, {100, "AcDbEntity"}, {8, "0"},
+                                     {100, "AcDbBlockReference"}, {2, "*T1"}, {10, "0"}, {20, "2"}, {30, "0"},
+                                     {100, "AcDbTable"}, {91, "1"}, {92, "2"}, {141, "1"}, {142, "2"}, {142, "2"},
+                                     {171, "1"}, {1, "a"}, {170, "1"}, {1, "c"}, {171, "1"}, {170, "2"}, {1, "b"}}));
+    std::string written = SavedTwice("table_parts", text);
+    EXPECT_NE(written.find("100\nAcDbTable\n 11\n1.0\n 21\n0.0\n 31\n0.0\n 91\n1\n 92\n2\n"), std::string::npos)
+        << written;
+    EXPECT_NE(written.find("171\n1\n  1\na\n170\n1\n  1\nc\n171\n1\n  1\nb\n170\n2\n"), std::string::npos)
+        << written;
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
+    ASSERT_EQ(model->entityIds().size(), 1u);
+    AcDbObjectPointer<AcDbTable> table(model->entityIds()[0]);
+    ASSERT_EQ(table.openStatus(), Acad::eOk);
+    AcString first, second;
+    EXPECT_EQ(table->textString(0, 0, 0, first), Acad::eOk);
+    EXPECT_EQ(table->textString(0, 1, 0, second), Acad::eOk);
+    EXPECT_STREQ(first.kwszPtr(), L"a");
+    EXPECT_STREQ(second.kwszPtr(), L"b");
 }
 
 }  // namespace
