@@ -712,7 +712,9 @@ AcDbObject* Reader::ReadEntity(const std::string& type, int line, AcDbObjectId o
         if (auto* block = AcDbBlockTableRecord::cast(DatabaseImpl::Peek(reference->blockTableRecord())))
             block->noteReference(entity->objectId());
     }
-    if (m_attributesFollow) ReadFollowers(entity);
+    // Only block references and entities kept as they came hold followers;
+    // what follows any other entity stands on its own.
+    if (m_attributesFollow && (AcDbBlockReference::cast(entity) || KeptEntity::cast(entity))) ReadFollowers(entity);
     return entity;
 }
 

@@ -251,4 +251,14 @@ TEST_F(BadFileTest, ATableWithPartsMissingOrDoubledKeepsItsOtherGroupsInPlace) {
     EXPECT_STREQ(second.kwszPtr(), L"b");
 }
 
+TEST_F(BadFileTest, FollowersOfAnEntityThatHoldsNoneStandOnTheirOwn) {
+    // A line that says attributes follow (66 1), and a sequence end after
+    // it: the line reads, the end is kept as an entity of its own.
+    std::string written = SavedTwice(
+        "line_followers", Entities(Dxf({{0, "LINE"}, {8, "0"}, {66, "1"}, {10, "1"}, {20, "2"}, {11, "3"}, {21, "4"}}) +
+                                   Dxf({{0, "SEQEND"}, {8, "0"}})));
+    EXPECT_NE(written.find("  0\nLINE\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("  0\nSEQEND\n"), std::string::npos) << written;
+}
+
 }  // namespace
