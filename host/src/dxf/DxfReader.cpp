@@ -114,6 +114,10 @@ private:
         return Group{s.code, std::string_view(m_arena).substr(s.offset, s.length), s.line};
     }
     bool ReadXData(size_t from, AcDbObject& object);
+    // The index of the "102 }" that closes the application's group opened
+    // at i, or the number of groups when the 102 at i opens nothing that
+    // closes.
+    size_t ApplicationEnd(size_t i) const;
     AcDbObjectId LayerNamed(std::string_view raw);
     AcDbObjectId NewRecord(AcDbObjectId tableId, AcDbSymbolTableRecord* record, const std::wstring& name);
     AcDbObjectId EnsureTable(AcDbObjectId& tableId, AcDbSymbolTable* table, const char* name);
@@ -312,6 +316,37 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             handleGroup = true;
         }
     }
+    // The writer gives the extension dictionary as three groups after the
+    // handle and the applications' groups; the first group of a file that
+    // names one is it, and late when other groups come before it.
+    size_t dictionaryGroup = m_groups.size();
+    bool dictionaryLate = false;
+    if (!m_file.IsR12()) {
+        bool other = false, handleMet = false;
+        for (size_t i = 0; i < m_groups.size() && dictionaryGroup == m_groups.size(); ++i) {
+            int code = m_groups[i].code;
+            if (code == 102) {
+                size_t end = ApplicationEnd(i);
+                if (end == m_groups.size()) {
+                    other = true;
+                    continue;
+                }
+                if (At(i).value == "{ACAD_XDICTIONARY") {
+                    for (size_t k = i + 1; k < end; ++k)
+                        if (m_groups[k].code == 360) dictionaryGroup = i;
+                    dictionaryLate = other;
+                }
+                i = end;
+                continue;
+            }
+            if (code == handleCode && !handleMet) {
+                handleMet = true;
+                continue;
+            }
+            other = true;
+        }
+    }
+
     AcDbObjectId id;
     Acad::ErrorStatus es = hasHandle ? m_impl.Add(id, object, handle) : m_impl.AddUnnamed(id, object);
     if (es == Acad::eDuplicateKey)
@@ -338,6 +373,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     // stand.
     bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
     if (writesHandle && (!handleGroup || handleLate)) ++m_count;
+    if (dictionaryGroup != m_groups.size() && dictionaryLate) m_count += 3;
     bool layerPending = isEntity && !layerGroup;
     int lastTaken = -1;  // the code of the group the class took just before, else -1
     bool handleSeen = false, markerSeen = false, layerSeen = false, entityMarkerCounted = false;
@@ -366,25 +402,17 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             // An application's group, "{NAME" to "}": the extension
             // dictionary is the host's; any other is kept whole. A 102 that
             // opens nothing, or opens and never closes, is kept alone.
-            size_t end = m_groups.size();
-            if (!g.value.empty() && g.value[0] == '{') {
-                for (size_t k = i + 1; k < m_groups.size(); ++k) {
-                    if (m_groups[k].code == 102) {
-                        if (At(k).value == "}") end = k;
-                        break;
-                    }
-                }
-            }
+            size_t end = ApplicationEnd(i);
             if (end == m_groups.size()) {
                 m_kept.Add(m_count, g.code, g.value);
                 continue;
             }
-            if (g.value == "{ACAD_XDICTIONARY") {
+            if (i == dictionaryGroup) {
                 for (size_t k = i + 1; k < end; ++k) {
                     Group inner = At(k);
                     if (inner.code == 360) object->mutableExtras().extensionDictionary = Id(inner);
                 }
-                m_count += static_cast<uint32_t>(end - i + 1);
+                if (!dictionaryLate) m_count += 3;
             } else {
                 for (size_t k = i; k <= end; ++k) {
                     Group inner = At(k);
@@ -471,6 +499,15 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     object->setOwnerId(m_owner);
     object->close();
     return object;
+}
+
+size_t Reader::ApplicationEnd(size_t i) const {
+    std::string_view opening = At(i).value;
+    if (opening.empty() || opening[0] != '{') return m_groups.size();
+    for (size_t k = i + 1; k < m_groups.size(); ++k) {
+        if (m_groups[k].code == 102) return At(k).value == "}" ? k : m_groups.size();
+    }
+    return m_groups.size();
 }
 
 bool Reader::ReadXData(size_t from, AcDbObject& object) {

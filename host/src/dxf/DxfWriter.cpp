@@ -135,6 +135,8 @@ void Writer::WriteObject(const AcDbObject& object, const std::string& type) {
         out.Known(102, "{ACAD_XDICTIONARY");
         out.Known(360, FormatHandle(dictionary.handle().value()));
         out.Known(102, "}");
+    } else if (!r12 && !dictionary.isNull()) {
+        out.Skip(3);  // its places, as the file that named it counted them
     }
     AcDbObjectId named = object.extras() && !object.extras()->fileOwner.isNull() ? object.extras()->fileOwner : owner;
     if (!r12 && !(object.fileGroups() & 0x8000)) out.Known(330, FormatHandle(named.isNull() ? 0 : named.handle().value()));
