@@ -1,6 +1,7 @@
 // A vector of the plane.
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 
 #include "gegbl.h"
@@ -21,8 +22,10 @@ public:
         double a = std::atan2(y, x);
         return a < 0 ? a + 2 * 3.14159265358979323846 : a;
     }
+    // As AcGeVector3d::normal: a unit vector to rounding comes back as it is.
     AcGeVector2d normal() const {
         double l = length();
+        if (std::fabs(l - 1.0) <= 4 * DBL_EPSILON) return *this;
         return l > 0 ? AcGeVector2d(x / l, y / l) : *this;
     }
     bool isZeroLength(const AcGeTol& tol = AcGeContext::gTol) const { return length() <= tol.equalVector(); }

@@ -1,6 +1,7 @@
 // A vector of space.
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 
 #include "gegbl.h"
@@ -20,8 +21,11 @@ public:
     AcGeVector3d crossProduct(const AcGeVector3d& v) const {
         return AcGeVector3d(y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x);
     }
+    // A vector already of unit length to rounding comes back as it is, so
+    // that a direction normalised again keeps its bits.
     AcGeVector3d normal(const AcGeTol& tol = AcGeContext::gTol) const {
         double l = length();
+        if (std::fabs(l - 1.0) <= 4 * DBL_EPSILON) return *this;
         return l > tol.equalVector() ? AcGeVector3d(x / l, y / l, z / l) : *this;
     }
     AcGeVector3d& normalize(const AcGeTol& tol = AcGeContext::gTol) { return *this = normal(tol); }

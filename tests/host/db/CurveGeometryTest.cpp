@@ -24,6 +24,25 @@ double Area(const AcDbCurve& curve) {
     return area;
 }
 
+TEST(CurveGeometryTest, NormalisingTwiceKeepsTheBits) {
+    // Files give directions of any length; what the host writes back it
+    // must read and write again to the same digits.
+    const AcGeVector3d vectors[] = {{1, 1, 0}, {1, 2, 3}, {-7, 0.1, 1e-3}, {3, 4, 0}, {1e-9, 2e-9, 0},
+                                    {0.7071067811865475, 0.7071067811865475, 0}, {123456.789, -0.5, 42}};
+    for (const AcGeVector3d& v : vectors) {
+        AcGeVector3d once = v.normal(), twice = once.normal();
+        EXPECT_EQ(once.x, twice.x) << v.x << "," << v.y << "," << v.z;
+        EXPECT_EQ(once.y, twice.y);
+        EXPECT_EQ(once.z, twice.z);
+        EXPECT_NEAR(once.length(), 1.0, 1e-15);
+        EXPECT_NEAR(once.dotProduct(v), v.length(), 1e-12 * v.length()) << v.x << "," << v.y << "," << v.z;
+        AcGeVector2d flat(v.x, v.y);
+        AcGeVector2d flatOnce = flat.normal(), flatTwice = flatOnce.normal();
+        EXPECT_EQ(flatOnce.x, flatTwice.x);
+        EXPECT_EQ(flatOnce.y, flatTwice.y);
+    }
+}
+
 TEST(CurveGeometryTest, LineParameterIsTheDistanceFromItsStart) {
     AcDbLine line(AcGePoint3d(1, 2, 0), AcGePoint3d(4, 6, 0));
     EXPECT_DOUBLE_EQ(Length(line), 5.0);
