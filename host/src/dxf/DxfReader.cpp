@@ -317,14 +317,17 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         }
     }
     // The writer gives the extension dictionary as three groups after the
-    // handle and the applications' groups; the first group of a file that
-    // names one is it, and late when other groups come before it.
+    // handle and the applications' groups, ahead of the owner and the first
+    // marker; the first group of a file ahead of its first marker that names
+    // one is it, and late when other groups come before it. One after a
+    // marker is not the object's header and is kept as it stands.
     size_t dictionaryGroup = m_groups.size();
     bool dictionaryLate = false;
     if (!m_file.IsR12()) {
         bool other = false, handleMet = false;
         for (size_t i = 0; i < m_groups.size() && dictionaryGroup == m_groups.size(); ++i) {
             int code = m_groups[i].code;
+            if (code == 100) break;
             if (code == 102) {
                 size_t end = ApplicationEnd(i);
                 if (end == m_groups.size()) {

@@ -263,27 +263,36 @@ TEST_F(BadFileTest, FollowersOfAnEntityThatHoldsNoneStandOnTheirOwn) {
 
 TEST_F(BadFileTest, AnExtensionDictionaryGivenLateIsWrittenAfterTheHandle) {
     // An entity the host does not know, whose extension dictionary comes
-    // after its other groups, and one with an empty dictionary group: the
-    // first is written right after the handle, its other groups stay as
-    // they were, and the empty group is kept as it stands.
+    // after its owner; one whose dictionary group comes after its marker,
+    // where no object header has it; and one with an empty dictionary
+    // group: the first is written right after the handle, the others are
+    // kept where they stood, and the file saves the same twice.
     std::string text =
         Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
         Dxf({{0, "SECTION"}, {2, "ENTITIES"}}) +
-        Dxf({{0, "WIDGET"}, {5, "3C"}, {100, "AcDbEntity"}, {8, "0"}, {1, "kept"}, {102, "{ACAD_XDICTIONARY"},
-             {360, "51"}, {102, "}"}, {2, "also kept"}}) +
+        Dxf({{0, "WIDGET"}, {5, "3C"}, {330, "1F"}, {102, "{ACAD_XDICTIONARY"}, {360, "51"}, {102, "}"},
+             {100, "AcDbEntity"}, {8, "0"}, {1, "kept"}}) +
+        Dxf({{0, "WIDGET"}, {5, "3E"}, {100, "AcDbEntity"}, {8, "0"}, {1, "kept"}, {102, "{ACAD_XDICTIONARY"},
+             {360, "52"}, {102, "}"}, {2, "also kept"}}) +
         Dxf({{0, "WIDGET"}, {5, "3D"}, {102, "{ACAD_XDICTIONARY"}, {102, "}"}, {100, "AcDbEntity"}, {8, "0"}}) +
         Dxf({{0, "ENDSEC"}, {0, "SECTION"}, {2, "OBJECTS"}, {0, "DICTIONARY"}, {5, "C"}, {100, "AcDbDictionary"},
-             {0, "DICTIONARY"}, {5, "51"}, {330, "3C"}, {100, "AcDbDictionary"}, {0, "ENDSEC"}, {0, "EOF"}});
+             {0, "DICTIONARY"}, {5, "51"}, {330, "3C"}, {100, "AcDbDictionary"}, {0, "DICTIONARY"}, {5, "52"},
+             {330, "3E"}, {100, "AcDbDictionary"}, {0, "ENDSEC"}, {0, "EOF"}});
     std::string written = SavedTwice("late_dictionary", text);
-    EXPECT_NE(written.find("WIDGET\n  5\n3C\n102\n{ACAD_XDICTIONARY\n360\n51\n102\n}\n"), std::string::npos)
+    EXPECT_NE(written.find("WIDGET\n  5\n3C\n102\n{ACAD_XDICTIONARY\n360\n51\n102\n}\n330\n"),
+              std::string::npos)
         << written;
-    EXPECT_NE(written.find("  8\n0\n  1\nkept\n  2\nalso kept\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("  8\n0\n  1\nkept\n102\n{ACAD_XDICTIONARY\n360\n52\n102\n}\n  2\nalso kept\n"),
+              std::string::npos)
+        << written;
     EXPECT_NE(written.find("WIDGET\n  5\n3D\n102\n{ACAD_XDICTIONARY\n102\n}\n"), std::string::npos) << written;
-    AcDbObjectId widget;
-    ASSERT_EQ(db()->getAcDbObjectId(widget, false, AcDbHandle(0x3C)), Acad::eOk);
-    AcDbObjectPointer<AcDbObject> object(widget);
-    ASSERT_EQ(object.openStatus(), Acad::eOk);
-    EXPECT_FALSE(object->extensionDictionary().isNull());
+    for (auto [handle, hasDictionary] : {std::pair{0x3C, true}, std::pair{0x3E, false}}) {
+        AcDbObjectId widget;
+        ASSERT_EQ(db()->getAcDbObjectId(widget, false, AcDbHandle(handle)), Acad::eOk);
+        AcDbObjectPointer<AcDbObject> object(widget);
+        ASSERT_EQ(object.openStatus(), Acad::eOk);
+        EXPECT_EQ(object->extensionDictionary().isNull(), !hasDictionary) << handle;
+    }
 }
 
 }  // namespace
