@@ -113,7 +113,10 @@ private:
         const StoredGroup& s = m_groups[i];
         return Group{s.code, std::string_view(m_arena).substr(s.offset, s.length), s.line};
     }
-    bool ReadXData(size_t from, AcDbObject& object);
+    // Reads the extended data that starts at from, up to the next group of
+    // the object's own or its end (end: the index after it); false, leaving
+    // the object alone, when it does not read or the object has some already.
+    bool ReadXData(size_t from, size_t& end, AcDbObject& object);
     // The index of the "102 }" that closes the application's group opened
     // at i, or the number of groups when the 102 at i opens nothing that
     // closes.
@@ -386,10 +389,14 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         lastTaken = -1;
         if (g.code >= 1000) {
             if (g.code == 1001 || g.code == 999) {
-                if (ReadXData(i, *object)) break;
-                // Extended data that does not read is kept as it stands;
-                // the object's own groups after it are still its own (kept
-                // with it, they would be written a second time beside them).
+                // The object's own groups after extended data are still its
+                // own; extended data is written after them.
+                size_t end = i;
+                if (ReadXData(i, end, *object)) {
+                    i = end - 1;
+                    continue;
+                }
+                // Extended data that does not read is kept as it stands.
                 size_t k = i;
                 for (; k < m_groups.size() && m_groups[k].code >= 1000; ++k) {
                     Group x = At(k);
@@ -513,7 +520,7 @@ size_t Reader::ApplicationEnd(size_t i) const {
     return m_groups.size();
 }
 
-bool Reader::ReadXData(size_t from, AcDbObject& object) {
+bool Reader::ReadXData(size_t from, size_t& end, AcDbObject& object) {
     // Groups from the first 1001 on, application by application.
     resbuf* head = nullptr;
     resbuf** tail = &head;
@@ -521,9 +528,12 @@ bool Reader::ReadXData(size_t from, AcDbObject& object) {
         if (head) acutRelRb(head);
         return false;
     };
-    for (size_t i = from; i < m_groups.size(); ++i) {
+    if (object.extras() && object.extras()->xdata) return false;
+    size_t i = from;
+    for (; i < m_groups.size(); ++i) {
         Group g = At(i);
-        if (g.code < 1000 || g.code > 1071) return fail();
+        if (g.code < 1000) break;
+        if (g.code > 1071) return fail();
         resbuf* rb = acutNewRb(g.code);
         *tail = rb;
         tail = &rb->rbnext;
@@ -576,10 +586,9 @@ bool Reader::ReadXData(size_t from, AcDbObject& object) {
         default: return fail();  // a Y or Z without its X, or a code extended data has not
         }
     }
-    if (head && head->restype != 1001) return fail();
-    ObjectExtras& extras = object.mutableExtras();
-    if (extras.xdata) acutRelRb(extras.xdata);
-    extras.xdata = head;
+    if (!head || head->restype != 1001) return fail();
+    object.mutableExtras().xdata = head;
+    end = i;
     return true;
 }
 
