@@ -44,11 +44,11 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
         if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
         return Use::kKept;
     }
-    // A file without markers shows the table's part by its codes, which a
-    // block reference does not have.
-    bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 90 || g.code == 91 || g.code == 92 ||
-                     (g.code >= 93 && g.code <= 96) || g.code == 141 || g.code == 142 || g.code == 171 ||
-                     g.code == 280 || g.code == 342 || g.code == 343;
+    // A file without markers shows the table's part by the codes of it that
+    // the host reads, which a block reference does not have; codes it keeps
+    // stay where they stood, on either side of the marker.
+    bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 91 || g.code == 92 ||
+                     g.code == 141 || g.code == 142 || g.code == 171;
     if (!(in.state & kTablePart) && tableCode) {
         in.state |= kTablePart;
         in.PassMarker("AcDbTable");

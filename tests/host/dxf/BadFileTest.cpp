@@ -226,22 +226,26 @@ TEST_F(BadFileTest, AnOwnerGroupInAFileBefore2000IsKeptWhereItStood) {
 
 TEST_F(BadFileTest, ATableWithPartsMissingOrDoubledKeepsItsOtherGroupsInPlace) {
     // A table without its direction, a cell with a second text after a
-    // style group, and a cell whose style comes before its text: the table
-    // reads, the direction is written where it belongs, the second text and
-    // the style groups stay with their cells, and the file saves the same
-    // twice.
+    // style group, and a cell whose style comes before its text; a table
+    // without its marker, point and direction, whose first table group is
+    // one the host keeps: the tables read, the direction is written where
+    // it belongs, the second text and the style groups stay with their
+    // cells, and the file saves the same twice.
     std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
                        Entities(Dxf({{0, "ACAD_TABLE"}, {5, "3C"}, {100, "AcDbEntity"}, {8, "0"},
                                      {100, "AcDbBlockReference"}, {2, "*T1"}, {10, "0"}, {20, "2"}, {30, "0"},
                                      {100, "AcDbTable"}, {91, "1"}, {92, "2"}, {141, "1"}, {142, "2"}, {142, "2"},
-                                     {171, "1"}, {1, "a"}, {170, "1"}, {1, "c"}, {171, "1"}, {170, "2"}, {1, "b"}}));
+                                     {171, "1"}, {1, "a"}, {170, "1"}, {1, "c"}, {171, "1"}, {170, "2"}, {1, "b"}}) +
+                                Dxf({{0, "ACAD_TABLE"}, {5, "3D"}, {100, "AcDbEntity"}, {8, "0"},
+                                     {100, "AcDbBlockReference"}, {2, "*T2"}, {90, "4"}, {91, "1"}, {92, "1"},
+                                     {141, "1"}, {142, "1"}, {171, "1"}, {1, "z"}}));
     std::string written = SavedTwice("table_parts", text);
     EXPECT_NE(written.find("100\nAcDbTable\n 11\n1.0\n 21\n0.0\n 31\n0.0\n 91\n1\n 92\n2\n"), std::string::npos)
         << written;
     EXPECT_NE(written.find("171\n1\n  1\na\n170\n1\n  1\nc\n171\n1\n  1\nb\n170\n2\n"), std::string::npos)
         << written;
     AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
-    ASSERT_EQ(model->entityIds().size(), 1u);
+    ASSERT_EQ(model->entityIds().size(), 2u);
     AcDbObjectPointer<AcDbTable> table(model->entityIds()[0]);
     ASSERT_EQ(table.openStatus(), Acad::eOk);
     AcString first, second;
