@@ -34,14 +34,27 @@ bool PlaceCounted(ObjectReader& in, int place) {
     return false;
 }
 
+// The block reference's part ends where the table's begins, and is finished
+// there, before the table's groups take the reader's scratch values.
+void BeginTablePart(AcDbTable& table, ObjectReader& in) {
+    in.state |= kTablePart;
+    FinishBlockReferencePart(table, in);
+}
+
+// The block reference's groups; a table has no attributes, and the state
+// is the table's, so a 66 is kept as it stands.
+Use ReadReferencePart(AcDbTable& table, const Group& g, ObjectReader& in) {
+    return g.code == 66 ? Use::kKept : ReadBlockReferencePart(table, g, in);
+}
+
 Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& table = static_cast<AcDbTable&>(object);
     if (g.code == 100) {
-        if (g.value == "AcDbTable") {
-            in.state |= kTablePart;
+        if (g.value == "AcDbTable" && !(in.state & kTablePart)) {
+            BeginTablePart(table, in);
             return Use::kKnown;
         }
-        if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
+        if (!(in.state & kTablePart)) return ReadReferencePart(table, g, in);
         return Use::kKept;
     }
     // A file without markers shows the table's part by the codes of it that
@@ -50,10 +63,10 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 91 || g.code == 92 ||
                      g.code == 141 || g.code == 142 || g.code == 171;
     if (!(in.state & kTablePart) && tableCode) {
-        in.state |= kTablePart;
+        BeginTablePart(table, in);
         in.PassMarker("AcDbTable");
     }
-    if (!(in.state & kTablePart)) return ReadBlockReferencePart(table, g, in);
+    if (!(in.state & kTablePart)) return ReadReferencePart(table, g, in);
     if (!(in.state & kCells)) {
         switch (g.code) {
         case 11:
@@ -133,7 +146,7 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
 
 void FinishTable(AcDbObject& object, ObjectReader& in) {
     auto& table = static_cast<AcDbTable&>(object);
-    FinishBlockReferencePart(table, in);
+    if (!(in.state & kTablePart)) FinishBlockReferencePart(table, in);
     if (in.scratch[7] != 0) {
         AcGeVector3d direction(in.scratch[3], in.scratch[4], in.scratch[5]);
         if (!direction.isZeroLength()) table.setDirection(direction);

@@ -299,4 +299,22 @@ TEST_F(BadFileTest, AnExtensionDictionaryGivenLateIsWrittenAfterTheHandle) {
     }
 }
 
+TEST_F(BadFileTest, ATablesNormalIsNotTakenFromItsRowsAndColumns) {
+    // The block reference's part of a table gives a normal; the table's
+    // part then gives rows and columns. The normal stays the one given.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "ACAD_TABLE"}, {5, "3C"}, {100, "AcDbEntity"}, {8, "0"},
+                                     {100, "AcDbBlockReference"}, {2, "*T1"}, {10, "0"}, {20, "2"}, {30, "0"},
+                                     {210, "0"}, {220, "0"}, {230, "-1"}, {100, "AcDbTable"}, {91, "2"}, {92, "3"},
+                                     {141, "1"}, {141, "1"}, {142, "2"}, {142, "2"}, {142, "2"}}));
+    SavedTwice("table_normal", text);
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
+    ASSERT_EQ(model->entityIds().size(), 1u);
+    AcDbObjectPointer<AcDbTable> table(model->entityIds()[0]);
+    ASSERT_EQ(table.openStatus(), Acad::eOk);
+    EXPECT_EQ(table->normal(), AcGeVector3d(0, 0, -1));
+    EXPECT_EQ(table->numRows(), 2u);
+    EXPECT_EQ(table->numColumns(), 3u);
+}
+
 }  // namespace
