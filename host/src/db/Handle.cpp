@@ -45,14 +45,28 @@ const AcDbObjectId AcDbObjectId::kNull;
 
 bool AcDbObjectId::isErased() const { return m_stub && m_stub->erased; }
 
+namespace {
+AcDbStub* OwnerOf(AcDbStub* stub) { return stub && stub->object ? stub->object->ownerId().stub() : nullptr; }
+}  // namespace
+
 bool AcDbObjectId::isEffectivelyErased() const {
-    // An object is gone with its owner: walk the owners up to the root.
-    for (AcDbStub* stub = m_stub; stub; ) {
-        if (stub->erased) return true;
-        if (!stub->object) return false;
-        AcDbStub* owner = stub->object->ownerId().stub();
-        if (owner == stub) return false;
-        stub = owner;
+    // An object is gone with its owner: walk the owners up to the root. A
+    // file may name owners in a ring; a second walker at twice the pace
+    // meets the first on it, and the ring's members are looked at once.
+    AcDbStub* slow = m_stub;
+    AcDbStub* fast = m_stub;
+    while (slow) {
+        if (slow->erased) return true;
+        slow = OwnerOf(slow);
+        fast = OwnerOf(OwnerOf(fast));
+        if (slow && slow == fast) {
+            AcDbStub* member = slow;
+            do {
+                if (member->erased) return true;
+                member = OwnerOf(member);
+            } while (member && member != slow);
+            return false;
+        }
     }
     return false;
 }

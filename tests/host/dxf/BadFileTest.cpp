@@ -317,4 +317,26 @@ TEST_F(BadFileTest, ATablesNormalIsNotTakenFromItsRowsAndColumns) {
     EXPECT_EQ(table->numColumns(), 3u);
 }
 
+TEST_F(BadFileTest, ObjectsThatOwnEachOtherAreWrittenAndDoNotHangTheWriter) {
+    // Two dictionaries that name each other as owner: saving looks up
+    // whether an owner is erased, and must come to an end.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Dxf({{0, "SECTION"}, {2, "OBJECTS"}, {0, "DICTIONARY"}, {5, "C"}, {100, "AcDbDictionary"},
+                            {0, "DICTIONARY"}, {5, "51"}, {330, "52"}, {100, "AcDbDictionary"}, {0, "DICTIONARY"},
+                            {5, "52"}, {330, "51"}, {100, "AcDbDictionary"}, {0, "ENDSEC"}, {0, "EOF"}});
+    std::string written = SavedTwice("owner_ring", text);
+    EXPECT_NE(written.find("DICTIONARY\n  5\n51\n330\n52\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("DICTIONARY\n  5\n52\n330\n51\n"), std::string::npos) << written;
+    AcDbObjectId first, second;
+    ASSERT_EQ(db()->getAcDbObjectId(first, false, AcDbHandle(0x51)), Acad::eOk);
+    ASSERT_EQ(db()->getAcDbObjectId(second, false, AcDbHandle(0x52)), Acad::eOk);
+    EXPECT_FALSE(first.isEffectivelyErased());
+    {
+        AcDbObjectPointer<AcDbObject> erased(second, AcDb::kForWrite);
+        ASSERT_EQ(erased.openStatus(), Acad::eOk);
+        ASSERT_EQ(erased->erase(), Acad::eOk);
+    }
+    EXPECT_TRUE(first.isEffectivelyErased());  // its owner is gone
+}
+
 }  // namespace
