@@ -61,6 +61,10 @@ private:
     void WriteEntity(AcDbObjectId id);
     void WriteXData(const resbuf* chain);
     bool Gone(AcDbObjectId id) const { return id.isNull() || !DatabaseImpl::Peek(id) || id.isEffectivelyErased(); }
+    // Before 2000 only files that use handles have them, and never on tables.
+    bool WritesHandle(const AcDbObject& object, const std::string& type) const {
+        return !m_file.IsR12() || (m_file.handles && !AcDbSymbolTable::cast(&object) && type != "TABLE");
+    }
 
     const AcDbDatabase& m_db;
     const DatabaseImpl& m_impl;
@@ -117,8 +121,7 @@ void Writer::WriteObject(const AcDbObject& object, const std::string& type) {
         const char* name = AcDbLayerTable::cast(&object) ? "LAYER" : AcDbBlockTable::cast(&object) ? "BLOCK_RECORD" : "APPID";
         out.Known(2, name);
     }
-    bool isTable = table || type == "TABLE";
-    if (!r12 || (m_file.handles && !isTable)) {
+    if (WritesHandle(object, type)) {
         AcDbHandle handle;
         object.getAcDbHandle(handle);
         out.Known(type == "DIMSTYLE" ? 105 : 5, FormatHandle(handle.value()));
@@ -180,7 +183,9 @@ uint64_t Writer::WrittenNextHandle() const {
     // and their handles need not be counted.
     uint64_t largest = 0;
     auto take = [&](AcDbObjectId id) {
-        if (!Gone(id) && id.handle().value() > largest) largest = id.handle().value();
+        if (Gone(id) || id.handle().value() <= largest) return;
+        const AcDbObject& object = *DatabaseImpl::Peek(id);
+        if (WritesHandle(object, TypeOf(object))) largest = id.handle().value();
     };
     std::vector<AcDbObjectId> tables = m_file.tables;
     tables.push_back(m_impl.layerTable);
