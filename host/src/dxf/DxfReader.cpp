@@ -381,12 +381,14 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     if (writesHandle && (!handleGroup || handleLate)) ++m_count;
     if (dictionaryGroup != m_groups.size() && dictionaryLate) m_count += 3;
     bool layerPending = isEntity && !layerGroup;
-    int lastTaken = -1;  // the code of the group the class took just before, else -1
+    // The code of the last group the class took, else -1: a Y or a text's
+    // next part continues it across groups kept or taken by the reader in
+    // between, as its writer writes them together.
+    int lastTaken = -1;
     bool handleSeen = false, markerSeen = false, layerSeen = false, entityMarkerCounted = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
         Group g = At(i);
         int previous = lastTaken;
-        lastTaken = -1;
         if (g.code >= 1000) {
             if (g.code == 1001 || g.code == 999) {
                 // The object's own groups after extended data are still its
@@ -499,7 +501,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         if (use == Use::kKnown) ++m_count;  // kCounted and kContinued stand in places counted before
         else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
         else if (use == Use::kKeptAtEnd) m_kept.Add(KeptGroups::kAtEnd, g.code, g.value);
-        lastTaken = use == Use::kKept || use == Use::kKeptAtEnd ? -1 : g.code;
+        if (use != Use::kKept && use != Use::kKeptAtEnd) lastTaken = g.code;
     }
     if (io && io->finish) io->finish(*object, *this);
     if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);

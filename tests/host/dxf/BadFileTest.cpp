@@ -339,4 +339,24 @@ TEST_F(BadFileTest, ObjectsThatOwnEachOtherAreWrittenAndDoNotHangTheWriter) {
     EXPECT_TRUE(first.isEffectivelyErased());  // its owner is gone
 }
 
+TEST_F(BadFileTest, APointsYAfterAGroupKeptBetweenIsStillPartOfThePoint) {
+    // A line whose start point has a group the host keeps between its X
+    // and its Y, and another kept group before the end point: the point
+    // reads whole, the first kept group goes behind it, the second stays
+    // ahead of the end point, the same on every save.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "LINE"}, {5, "2A"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
+                                     {10, "1"}, {22, "9"}, {20, "2"}, {30, "0"}, {280, "1"}, {11, "3"}, {21, "4"},
+                                     {31, "0"}}));
+    std::string written = SavedTwice("split_point", text);
+    // Both kept groups stay ahead of the end point, where the file had them.
+    EXPECT_NE(written.find(" 10\n1.0\n 20\n2.0\n 30\n0.0\n 22\n9\n280\n1\n 11\n3.0\n"), std::string::npos)
+        << written;
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
+    ASSERT_EQ(model->entityIds().size(), 1u);
+    AcDbObjectPointer<AcDbLine> line(model->entityIds()[0]);
+    ASSERT_EQ(line.openStatus(), Acad::eOk);
+    EXPECT_EQ(line->startPoint(), AcGePoint3d(1, 2, 0));
+}
+
 }  // namespace
