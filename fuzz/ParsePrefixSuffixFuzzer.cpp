@@ -2,7 +2,7 @@
 // and without escapes; and composing then reading any prefix and suffix
 // (the input cut at its first zero byte) gives them back.
 #include "FuzzSupport.h"
-#include "fieldcode/FormatSpecifier.h"
+#include "fieldcode/FormatText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) return 0;

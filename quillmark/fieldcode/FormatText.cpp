@@ -1,4 +1,4 @@
-#include "fieldcode/FormatSpecifier.h"
+#include "fieldcode/FormatText.h"
 
 #include "ArxUtils/ArxUtils.h"
 

@@ -1,14 +1,14 @@
-#include "fieldcode/FormatSpecifier.h"
+#include "fieldcode/FormatText.h"
 #include "support/TestHost.h"
 
 namespace {
 
-class FormatSpecifierTest : public qmtest::HostTest {
+class FormatTextTest : public qmtest::HostTest {
 protected:
     void UseRelease(int release) { host().services().SetReleaseMajorVersion(release); }
 };
 
-TEST_F(FormatSpecifierTest, TheAdditionalPieceJoinsItsDirectivesInOrder) {
+TEST_F(FormatTextTest, TheAdditionalPieceJoinsItsDirectivesInOrder) {
     struct {
         double factor;
         const wchar_t* prefix;
@@ -53,7 +53,7 @@ TEST_F(FormatSpecifierTest, TheAdditionalPieceJoinsItsDirectivesInOrder) {
     EXPECT_EQ(ComposeAdditionalFormat(set), L"%ps[A=,]%ct8[2]%zs8");
 }
 
-TEST_F(FormatSpecifierTest, OlderHostsTakePrefixAndSuffixAsTheyAre) {
+TEST_F(FormatTextTest, OlderHostsTakePrefixAndSuffixAsTheyAre) {
     UseRelease(16);
     EXPECT_EQ(ComposeAdditionalFormat(1.0, L"a,b", L"[m]\\", 0, 0, 0, 0, 0, 0), L"%ps[a,b,[m]\\]");
     CString text = L"a,b";
@@ -64,7 +64,7 @@ TEST_F(FormatSpecifierTest, OlderHostsTakePrefixAndSuffixAsTheyAre) {
     EXPECT_EQ(text, L"a\\,b");
 }
 
-TEST_F(FormatSpecifierTest, EscapingAndUnescapingAreWholeTextReplacements) {
+TEST_F(FormatTextTest, EscapingAndUnescapingAreWholeTextReplacements) {
     CString text = L"\\,[]";
     EscapeFormatText(text);
     EXPECT_EQ(text, L"\\\\\\,\\[\\]");
@@ -75,7 +75,7 @@ TEST_F(FormatSpecifierTest, EscapingAndUnescapingAreWholeTextReplacements) {
     EXPECT_EQ(odd, L"\\x,");
 }
 
-TEST_F(FormatSpecifierTest, TheUnitsPieceFollowsTheSelectedEntry) {
+TEST_F(FormatTextTest, TheUnitsPieceFollowsTheSelectedEntry) {
     struct {
         int itemData;
         const wchar_t* area;
@@ -98,7 +98,7 @@ TEST_F(FormatSpecifierTest, TheUnitsPieceFollowsTheSelectedEntry) {
     }
 }
 
-TEST_F(FormatSpecifierTest, ThePrecisionPieceNeedsAnEnabledSelection) {
+TEST_F(FormatTextTest, ThePrecisionPieceNeedsAnEnabledSelection) {
     EXPECT_EQ(GetPrecisionFormat(TRUE, TRUE, 0), L"%pr0");
     EXPECT_EQ(GetPrecisionFormat(TRUE, TRUE, 8), L"%pr8");
     EXPECT_EQ(GetPrecisionFormat(TRUE, TRUE, -1), L"");  // "Current precision"
@@ -106,7 +106,7 @@ TEST_F(FormatSpecifierTest, ThePrecisionPieceNeedsAnEnabledSelection) {
     EXPECT_EQ(GetPrecisionFormat(TRUE, FALSE, 3), L"");
 }
 
-TEST_F(FormatSpecifierTest, PiecesAreJoinedUnitsPrecisionAdditional) {
+TEST_F(FormatTextTest, PiecesAreJoinedUnitsPrecisionAdditional) {
     AdditionalFormat set;
     set.m_prefix = L"A=";
     EXPECT_EQ(JoinFormat(GetAreaUnitsFormat(TRUE, 4), GetPrecisionFormat(TRUE, TRUE, 2), ComposeAdditionalFormat(set)),
@@ -123,7 +123,7 @@ struct PrefixSuffixCase {
     const wchar_t* suffix;
 };
 
-TEST_F(FormatSpecifierTest, ParsePrefixSuffixReadsTheEscapedForm) {
+TEST_F(FormatTextTest, ParsePrefixSuffixReadsTheEscapedForm) {
     const PrefixSuffixCase cases[] = {
         {L"%lu2%pr3%ps[A,B]%ct8[2.5]", L"A", L"B"},
         {L"%ps[a\\,b,]", L"a,b", L""},
@@ -146,7 +146,7 @@ TEST_F(FormatSpecifierTest, ParsePrefixSuffixReadsTheEscapedForm) {
     }
 }
 
-TEST_F(FormatSpecifierTest, ParsePrefixSuffixOnOlderHostsHasNoEscapes) {
+TEST_F(FormatTextTest, ParsePrefixSuffixOnOlderHostsHasNoEscapes) {
     UseRelease(16);
     const PrefixSuffixCase cases[] = {
         {L"%ps[a\\,b,c]", L"a\\", L"b,c"},
@@ -162,7 +162,7 @@ TEST_F(FormatSpecifierTest, ParsePrefixSuffixOnOlderHostsHasNoEscapes) {
     }
 }
 
-TEST_F(FormatSpecifierTest, PrefixAndSuffixSurviveComposingAndReading) {
+TEST_F(FormatTextTest, PrefixAndSuffixSurviveComposingAndReading) {
     const wchar_t* texts[] = {L"a,b", L"[m]", L"x\\", L"\\", L",", L"a\\,b]", L"\"q\"", L" SQ. FT."};
     for (const wchar_t* prefix : texts) {
         for (const wchar_t* suffix : texts) {
@@ -175,7 +175,7 @@ TEST_F(FormatSpecifierTest, PrefixAndSuffixSurviveComposingAndReading) {
     }
 }
 
-TEST_F(FormatSpecifierTest, ReadingAMeasurementFormatGivesEveryDirective) {
+TEST_F(FormatTextTest, ReadingAMeasurementFormatGivesEveryDirective) {
     MeasureFormatState state;
     ReadMeasureFormat(L"%lu2%pr3%ps[A,B]%ct8[2.5]", state);
     EXPECT_TRUE(state.m_hasUnits);
@@ -198,7 +198,7 @@ TEST_F(FormatSpecifierTest, ReadingAMeasurementFormatGivesEveryDirective) {
     EXPECT_FALSE(current.m_hasPrecision);
 }
 
-TEST_F(FormatSpecifierTest, ReadingLeavesWhatTheTextLacks) {
+TEST_F(FormatTextTest, ReadingLeavesWhatTheTextLacks) {
     MeasureFormatState state;
     state.m_units = 4;
     state.m_additional.m_factor = 3.0;
@@ -232,7 +232,7 @@ TEST_F(FormatSpecifierTest, ReadingLeavesWhatTheTextLacks) {
     EXPECT_EQ(state.m_additional.m_prefix, L"a");
 }
 
-TEST_F(FormatSpecifierTest, TheBlockCountFormatHasOnlyTheAdditionalPiece) {
+TEST_F(FormatTextTest, TheBlockCountFormatHasOnlyTheAdditionalPiece) {
     AdditionalFormat set;
     ReadAdditionalFormat(L"%ps[,pcs]%ct8[0.5]%zs8", set);
     EXPECT_EQ(set.m_suffix, L"pcs");
