@@ -472,10 +472,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             }
         }
         if (isEntity) {
-            if (g.code == 100 && g.value == "AcDbEntity") {
-                ++m_count;
-                continue;
-            }
+            if (g.code == 100 && g.value == "AcDbEntity") continue;  // files before 2000 write no markers
             if (g.code == 66 && g.value.find('1') != std::string_view::npos) {
                 long long follow = 0;
                 if (ParseInteger(g.value, follow) && follow == 1) m_attributesFollow = true;
@@ -495,6 +492,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         }
         previousTaken = previous;
         Use use = io ? io->read(*object, g, *this) : Use::kKept;
+        if (g.code == 100 && use == Use::kKnown) use = Use::kCounted;  // a marker in a file before 2000: none is written
         // A continuation that does not follow its first part counts on its
         // own, as its writer will count it.
         if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;

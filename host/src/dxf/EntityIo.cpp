@@ -203,7 +203,9 @@ Use ReadPolyline(AcDbObject& object, const Group& g, ObjectReader& in) {
         if (!(in.state & 8) || (in.state & 16)) return Use::kKept;
         in.state |= 16;
         pline.setPointAt(last, AcGePoint2d(in.scratch[3], in.Real(g)));
-        return Use::kContinued;
+        // The vertex's X counted the point's place, also where a width or
+        // a bulge came between.
+        return Use::kCounted;
     case 40:
     case 41: {
         int bit = g.code == 40 ? 1 : 2;

@@ -359,4 +359,24 @@ TEST_F(BadFileTest, APointsYAfterAGroupKeptBetweenIsStillPartOfThePoint) {
     EXPECT_EQ(line->startPoint(), AcGePoint3d(1, 2, 0));
 }
 
+TEST_F(BadFileTest, PolylineVerticesWithGroupsOutOfPlaceSaveTheSameTwice) {
+    // A vertex whose width comes between its X and Y and a kept group after
+    // it; and, in a file before 2000, a polyline with subclass markers
+    // (which such files do not write) and vertex groups before any vertex.
+    std::string newer =
+        Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+        Entities(Dxf({{0, "LWPOLYLINE"}, {5, "30"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbPolyline"}, {90, "2"},
+                      {70, "0"}, {10, "0"}, {40, "2"}, {20, "1"}, {71, "1"}, {10, "5"}, {20, "5"}}));
+    std::string written = SavedTwice("vertex_width_first", newer);
+    EXPECT_NE(written.find(" 10\n0.0\n 20\n1.0\n 40\n2.0\n 41\n0.0\n 71\n1\n 10\n5.0\n"), std::string::npos)
+        << written;
+    std::string older =
+        Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1009"}, {0, "ENDSEC"}}) +
+        Entities(Dxf({{0, "LWPOLYLINE"}, {5, "30"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbPolyline"}, {90, "2"},
+                      {70, "1"}, {20, "7"}, {42, "1"}, {10, "2"}, {20, "0"}, {40, "0.1"}, {41, "0.2"}, {10, "2"},
+                      {20, "2"}}));
+    written = SavedTwice("r12_markers", older);
+    EXPECT_EQ(written.find("AcDbPolyline"), std::string::npos) << written;
+}
+
 }  // namespace
