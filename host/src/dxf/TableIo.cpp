@@ -18,7 +18,7 @@ namespace {
 // value block (300 CELL_VALUE ... 304 ACVALUE_END), 8 the cell's text
 // begun. scratch[3..5] the direction.
 constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16, kTextTaken = 32,
-              kTextEnded = 64;
+              kTextEnded = 64, kPointSeen = 128;
 
 // The writer gives the table's part in this order: its direction, rows,
 // columns, then heights, widths and cells. A place a file leaves out is
@@ -38,13 +38,16 @@ bool PlaceCounted(ObjectReader& in, int place) {
 // there, before the table's groups take the reader's scratch values.
 void BeginTablePart(AcDbTable& table, ObjectReader& in) {
     in.state |= kTablePart;
+    if (!(in.state & kPointSeen)) in.Skip(1);  // the writer gives the insertion point
     FinishBlockReferencePart(table, in);
 }
 
 // The block reference's groups; a table has no attributes, and the state
 // is the table's, so a 66 is kept as it stands.
 Use ReadReferencePart(AcDbTable& table, const Group& g, ObjectReader& in) {
-    return g.code == 66 ? Use::kKept : ReadBlockReferencePart(table, g, in);
+    if (g.code == 66) return Use::kKept;
+    if (g.code == 10) in.state |= kPointSeen;
+    return ReadBlockReferencePart(table, g, in);
 }
 
 Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {

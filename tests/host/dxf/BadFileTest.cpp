@@ -379,4 +379,15 @@ TEST_F(BadFileTest, PolylineVerticesWithGroupsOutOfPlaceSaveTheSameTwice) {
     EXPECT_EQ(written.find("AcDbPolyline"), std::string::npos) << written;
 }
 
+TEST_F(BadFileTest, ATableWithoutInsertionPointKeepsAStrayTextPartBehindItsCell) {
+    // The writer gives a table's insertion point where the file had none;
+    // a text part after the last cell's text stays behind that text.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1015"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "ACAD_TABLE"}, {5, "3C"}, {100, "AcDbEntity"}, {8, "0"},
+                                     {100, "AcDbBlockReference"}, {2, "*T1"}, {100, "AcDbTable"}, {91, "1"},
+                                     {92, "1"}, {141, "1"}, {142, "2"}, {171, "1"}, {1, "d"}, {2, " 96"}}));
+    std::string written = SavedTwice("table_without_point", text);
+    EXPECT_NE(written.find("171\n1\n  1\nd\n  2\n 96\n"), std::string::npos) << written;
+}
+
 }  // namespace
