@@ -7,33 +7,6 @@
 #include <string>
 
 #include "FuzzSupport.h"
-#include "dxf/DxfFiles.h"
-
-namespace {
-
-std::string Write(const AcDbDatabase& database) {
-    char* buffer = nullptr;
-    size_t length = 0;
-    std::FILE* file = open_memstream(&buffer, &length);
-    QM_FUZZ_CHECK(file != nullptr);
-    QM_FUZZ_CHECK(cadhost::dxf::WriteStream(database, file) == Acad::eOk);
-    std::fclose(file);
-    std::string text(buffer, length);
-    std::free(buffer);
-    return text;
-}
-
-bool Read(const std::string& text, AcDbDatabase& database) {
-    std::FILE* file = fmemopen(const_cast<char*>(text.data()), text.size(), "rb");
-    QM_FUZZ_CHECK(file != nullptr);
-    std::wstring error;
-    Acad::ErrorStatus es = cadhost::dxf::ReadStream(file, L"fuzz", database, error);
-    std::fclose(file);
-    if (es != Acad::eOk) QM_FUZZ_CHECK(!error.empty());
-    return es == Acad::eOk;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     qmfuzz::RunningHost();
@@ -43,10 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!text.empty() && text.back() != '\n') text += '\n';
     text += "  0\nENDSEC\n  0\nEOF\n";
     AcDbDatabase first(false);
-    if (!Read(text, first)) return 0;
-    std::string once = Write(first);
+    if (!qmfuzz::ReadDxf(text, first)) return 0;
+    std::string once = qmfuzz::SaveDxf(first);
     AcDbDatabase second(false);
-    QM_FUZZ_CHECK(Read(once, second));
-    QM_FUZZ_CHECK(Write(second) == once);
+    QM_FUZZ_CHECK(qmfuzz::ReadDxf(once, second));
+    QM_FUZZ_CHECK(qmfuzz::SaveDxf(second) == once);
     return 0;
 }

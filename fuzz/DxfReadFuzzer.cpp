@@ -10,29 +10,8 @@
 
 #include "FuzzSupport.h"
 #include "db/DatabaseImpl.h"
-#include "dxf/DxfFiles.h"
 
 namespace {
-
-std::string Save(const AcDbDatabase& db) {
-    char* buffer = nullptr;
-    size_t size = 0;
-    std::FILE* out = open_memstream(&buffer, &size);
-    QM_FUZZ_CHECK(out != nullptr);
-    QM_FUZZ_CHECK(cadhost::dxf::WriteStream(db, out) == Acad::eOk);
-    std::fclose(out);
-    std::string text(buffer, size);
-    std::free(buffer);
-    return text;
-}
-
-Acad::ErrorStatus Read(const std::string& text, AcDbDatabase& db, std::wstring& error) {
-    std::FILE* in = fmemopen(const_cast<char*>(text.data()), text.size(), "rb");
-    if (!in) return Acad::eFileAccessErr;
-    Acad::ErrorStatus es = cadhost::dxf::ReadStream(in, L"fuzz.dxf", db, error);
-    std::fclose(in);
-    return es;
-}
 
 void TouchEntities(AcDbDatabase& db) {
     auto* blocks = AcDbBlockTable::cast(cadhost::DatabaseImpl::Peek(db.blockTableId()));
@@ -60,17 +39,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string text(reinterpret_cast<const char*>(data), size);
     AcDbDatabase db(false);
     std::wstring error;
-    if (Read(text, db, error) != Acad::eOk) {
+    if (qmfuzz::ReadDxf(text, db, error) != Acad::eOk) {
         QM_FUZZ_CHECK(error.rfind(L"fuzz.dxf: ", 0) == 0);
         QM_FUZZ_CHECK(db.approxNumObjects() == 0);
         return 0;
     }
     TouchEntities(db);
-    std::string saved = Save(db);
+    std::string saved = qmfuzz::SaveDxf(db);
     AcDbDatabase again(false);
-    Acad::ErrorStatus es = Read(saved, again, error);
+    Acad::ErrorStatus es = qmfuzz::ReadDxf(saved, again, error);
     if (es != Acad::eOk) std::fprintf(stderr, "%ls\n", error.c_str());
     QM_FUZZ_CHECK(es == Acad::eOk);
-    QM_FUZZ_CHECK(Save(again) == saved);
+    QM_FUZZ_CHECK(qmfuzz::SaveDxf(again) == saved);
     return 0;
 }

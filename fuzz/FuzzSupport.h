@@ -11,6 +11,7 @@
 #include <string>
 
 #include "app/Host.h"
+#include "dxf/DxfFiles.h"
 
 namespace qmfuzz {
 
@@ -69,5 +70,33 @@ inline cadhost::Host& RunningHost() {
             std::abort();                                                              \
         }                                                                              \
     } while (0)
+
+// A drawing written to DXF text in memory.
+inline std::string SaveDxf(const AcDbDatabase& database) {
+    char* buffer = nullptr;
+    size_t size = 0;
+    std::FILE* out = open_memstream(&buffer, &size);
+    QM_FUZZ_CHECK(out != nullptr);
+    QM_FUZZ_CHECK(cadhost::dxf::WriteStream(database, out) == Acad::eOk);
+    std::fclose(out);
+    std::string text(buffer, size);
+    std::free(buffer);
+    return text;
+}
+
+// DXF text read into a database, as a file named fuzz.dxf; a refusal comes
+// with its message.
+inline Acad::ErrorStatus ReadDxf(const std::string& text, AcDbDatabase& database, std::wstring& error) {
+    std::FILE* in = fmemopen(const_cast<char*>(text.data()), text.size(), "rb");
+    QM_FUZZ_CHECK(in != nullptr);
+    Acad::ErrorStatus es = cadhost::dxf::ReadStream(in, L"fuzz.dxf", database, error);
+    std::fclose(in);
+    if (es != Acad::eOk) QM_FUZZ_CHECK(!error.empty());
+    return es;
+}
+inline bool ReadDxf(const std::string& text, AcDbDatabase& database) {
+    std::wstring error;
+    return ReadDxf(text, database, error) == Acad::eOk;
+}
 
 }  // namespace qmfuzz

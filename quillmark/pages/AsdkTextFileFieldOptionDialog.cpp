@@ -21,10 +21,7 @@ BOOL AsdkTextFileFieldOptionDialog::Create(CWnd* parent) {
     CAcFdUiFieldOptionDialog::Create(parent);
     ModuleResourceScope scope;
     if (!CAdUiDialog::Create(IDD, parent)) return FALSE;
-    // The template is a pop-up window; inside the Field dialog it is a child.
-    ModifyStyle(WS_POPUP | WS_CHILD | WS_THICKFRAME, 0);
-    ModifyStyle(0, WS_CHILD);
-    SetParent(parent);
+    MakeChildPage(*this, parent);
     return TRUE;
 }
 

@@ -9,3 +9,9 @@ BOOL ReadTextDataItem(AcDbField* field, const ACHAR* key, CString& text) {
     text = value;
     return TRUE;
 }
+
+void MakeChildPage(CWnd& page, CWnd* parent) {
+    page.ModifyStyle(WS_POPUP | WS_CHILD | WS_THICKFRAME, 0);
+    page.ModifyStyle(0, WS_CHILD);
+    page.SetParent(parent);
+}
