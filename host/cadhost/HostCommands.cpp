@@ -79,6 +79,14 @@ void DefineHostCommands(ScriptRunner& runner) {
             throw ExpectationFailed(L"the command line did not show " + Quote(a[0].text) + L"; it showed " +
                                     Quote(seen));
     });
+    runner.DefineExpect(L"launched", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"expect launched \"TEXT\"");
+        const std::optional<ShellTarget>& last = r.host().shell().Last();
+        if (!last) throw ExpectationFailed(L"nothing was handed to the shell, so not " + Quote(a[0].text));
+        if (last->target != a[0].text)
+            throw ExpectationFailed(L"the last target handed to the shell is " + Quote(last->target) + L", not " +
+                                    Quote(a[0].text));
+    });
     runner.DefineExpect(L"queued", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"expect queued \"TEXT\"");
         const std::wstring& seen = r.host().processor().LastQueued();
