@@ -13,13 +13,17 @@
 namespace {
 
 const char* const kUsage =
-    "usage: cadhost [--script FILE] [--no-module] [--settings DIR] [--launch] [DRAWING]\n"
+    "usage: cadhost [--script FILE] [--no-module] [--settings DIR] [--launch]\n"
+    "               [--connect-to HOST:PORT:ADDRESS:PORT2]... [DRAWING]\n"
     "       cadhost update DRAWING [-o OUT] [--settings DIR]\n"
     "\n"
     "  --script FILE    run a session script (the language is in SCRIPTS.md)\n"
     "  --no-module      load no module before the script; its appload does\n"
     "  --settings DIR   keep the settings stores in DIR\n"
-    "  --launch         hand web pages and files to the desktop instead of printing them\n"
+    "  --launch         hand web pages, mail and files to the desktop (xdg-open) as well\n"
+    "                   as printing them\n"
+    "  --connect-to HOST:PORT:ADDRESS:PORT2\n"
+    "                   send what is meant for HOST:PORT to ADDRESS:PORT2 (repeatable)\n"
     "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n";
 
 struct Options {
@@ -28,6 +32,7 @@ struct Options {
     std::filesystem::path settings;
     bool module = true;
     bool launch = false;
+    std::vector<std::string> connectTo;
 };
 
 // Reads the command line; answers an exit status when the program should
@@ -57,6 +62,15 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
             options.module = false;
         } else if (arg == "--launch") {
             options.launch = true;
+        } else if (arg == "--connect-to") {
+            auto v = value("--connect-to");
+            if (!v) return 2;
+            std::wstring why = cadhost::internet::CheckConnectTo(*v);
+            if (!why.empty()) {
+                std::cerr << "cadhost: --connect-to: " << cadhost::ToUtf8(why) << "\n" << kUsage;
+                return 2;
+            }
+            options.connectTo.push_back(*v);
         } else if (!arg.empty() && arg[0] == '-') {
             std::cerr << "cadhost: unknown option " << arg << "\n" << kUsage;
             return 2;
@@ -79,7 +93,9 @@ int main(int argc, char** argv) {
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
     cadhost::HostOptions hostOptions;
     hostOptions.settingsFolder = options.settings;
+    hostOptions.internet.connectTo = options.connectTo;
     cadhost::Host host(hostOptions);
+    host.shell().SetLaunching(options.launch);
     if (options.drawing) {
         std::wstring error;
         if (!host.OpenDrawing(*options.drawing, error)) {

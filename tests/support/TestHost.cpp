@@ -28,6 +28,8 @@ void HostTest::RestartHost() {
     options.moduleFolder = QM_OUTPUT_DIR;
     options.settingsFolder = m_folder.path() / "settings";
     options.output = &m_output;
+    options.internet = m_internet;
+    options.internet.loopbackOnly = true;  // no test reaches beyond this machine
     m_host = std::make_unique<cadhost::Host>(options);
 }
 

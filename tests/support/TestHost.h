@@ -38,6 +38,9 @@ protected:
 
     TempFolder m_folder;
     std::ostringstream m_output;
+    // Where the Internet classes connect, from the next RestartHost on;
+    // every test host reaches only this machine.
+    cadhost::internet::InternetOptions m_internet;
     std::unique_ptr<cadhost::Host> m_host;
 };
 

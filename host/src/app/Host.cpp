@@ -61,6 +61,7 @@ Host& Host::Require() {
 Host::Host(HostOptions options)
     : m_moduleFolder(options.moduleFolder.empty() ? ModuleTable::Instance().Host()->path.parent_path()
                                                   : options.moduleFolder),
+      m_internet(options.internet),
       m_commandLine(*options.output) {
     if (s_current) {
         std::fputs("cadhost: only one host can run in a process\n", stderr);
@@ -72,6 +73,7 @@ Host::Host(HostOptions options)
     m_documents = std::make_unique<DocumentManager>(ModuleTable::Instance().Host());
     m_services = std::make_unique<HostServices>(*m_documents);
     m_desktop = std::make_unique<ui::Desktop>([this](const std::wstring& text) { m_commandLine.Show(text); });
+    m_shell = std::make_unique<Shell>([this](const std::wstring& text) { m_commandLine.Show(text); });
     auto print = [this](const std::wstring& text) { Print(text); };
     m_processor = std::make_unique<CommandProcessor>(m_commands, *m_documents, print);
     m_fieldEngine = std::make_unique<AcFdFieldEngine>();
@@ -96,6 +98,11 @@ Host::~Host() {
     m_documents->CloseAll();
     m_commandLine.FinishLine();
     s_current = nullptr;
+}
+
+SystemVersion& Host::systemVersion() {
+    if (!m_systemVersion) m_systemVersion = RunningSystemVersion();
+    return *m_systemVersion;
 }
 
 void Host::NewDrawing() { ReplaceDrawing(std::make_unique<AcDbDatabase>(true), L""); }

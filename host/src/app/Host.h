@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/CommandLine.h"
@@ -21,7 +22,10 @@
 #include "app/SystemVariables.h"
 #include "editor/EditorInput.h"
 #include "editor/SelectionSets.h"
+#include "internet/HttpTransfer.h"
 #include "registry/SettingsStore.h"
+#include "shell/Shell.h"
+#include "system/SystemVersion.h"
 #include "ui/Desktop.h"
 
 class CAcFdUiFieldManager;
@@ -32,6 +36,7 @@ struct HostOptions {
     std::filesystem::path moduleFolder;  // empty: the folder of the host's library
     std::filesystem::path settingsFolder;  // empty: the user's configuration folder
     std::ostream* output = &std::cout;
+    internet::InternetOptions internet;  // where the Internet classes connect
 };
 
 class Host {
@@ -66,6 +71,11 @@ public:
     AcFdFieldEngine& fieldEngine() { return *m_fieldEngine; }
     CAcFdUiFieldManager& fieldManager() { return *m_fieldManager; }
     const std::filesystem::path& moduleFolder() const { return m_moduleFolder; }
+    // The desktop's shell (ShellExecuteW), the Internet classes' options,
+    // and the system that GetVersionExW answers for.
+    Shell& shell() { return *m_shell; }
+    const internet::InternetOptions& internet() const { return m_internet; }
+    SystemVersion& systemVersion();
 
     // A new empty drawing replaces the current one.
     void NewDrawing();
@@ -86,6 +96,8 @@ private:
     void DefineDrawingVariables();
 
     std::filesystem::path m_moduleFolder;
+    internet::InternetOptions m_internet;
+    std::optional<SystemVersion> m_systemVersion;  // read on first use
     short m_viewport = 0;
     EditorInput m_input;
     SelectionSets m_selections;
@@ -100,6 +112,7 @@ private:
     std::unique_ptr<HostServices> m_services;
     std::unique_ptr<CommandProcessor> m_processor;
     std::unique_ptr<ui::Desktop> m_desktop;  // outlives the modules, whose windows it holds
+    std::unique_ptr<Shell> m_shell;
     std::unique_ptr<AcFdFieldEngine> m_fieldEngine;
     std::unique_ptr<CAcFdUiFieldManager> m_fieldManager;
     std::unique_ptr<DynamicLinker> m_linker;  // last: modules go before what they use
