@@ -134,6 +134,14 @@ void DefineDialogCommands(ScriptRunner& runner) {
         Check(ui::UserDropDown(FindControl(r, a[0])));
     });
 
+    runner.Define(L"hover", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 1, 1, L"hover ID|none");
+        if (!a[0].quoted && a[0].text == L"none") {
+            ui::UserHoverNowhere();
+            return;
+        }
+        Check(ui::UserHover(FindControl(r, a[0])));
+    });
     runner.Define(L"answer", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"answer OK|Cancel|Yes|No");
         r.driver().QueueAnswer(ParseButton(a[0]));

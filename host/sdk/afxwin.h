@@ -75,6 +75,10 @@ enum AfxSig : UINT_PTR {
     AfxSigCmd_EX,      // BOOL Handler(UINT id): FALSE lets the search go on
     AfxSigCmdUI,       // void Handler(CCmdUI*)
     AfxSig_lwl,        // LRESULT Handler(WPARAM, LPARAM)
+    AfxSig_v_v,        // void Handler(): WM_PAINT
+    AfxSig_b_W_u_u,    // BOOL Handler(CWnd*, UINT, UINT): WM_SETCURSOR
+    AfxSig_v_u_p,      // void Handler(UINT, CPoint): the mouse messages
+    AfxSig_v_W,        // void Handler(CWnd*): WM_CAPTURECHANGED
 };
 
 struct AFX_MSGMAP_ENTRY {
@@ -157,6 +161,25 @@ protected:                                              \
 #define ON_REGISTERED_MESSAGE(nMessageVariable, memberFxn)                                           \
     {0xC002, 0, 0, 0, reinterpret_cast<UINT_PTR>(&(nMessageVariable)),                               \
      AfxMsgHandler(static_cast<LRESULT (CWnd::*)(WPARAM, LPARAM)>(memberFxn))},
+
+// A window's own messages, each to the handler of its fixed name.
+#define ON_WM_PAINT()                                                                                \
+    {WM_PAINT, 0, 0, 0, AfxSig_v_v, AfxMsgHandler(static_cast<void (CWnd::*)()>(&ThisClass::OnPaint))},
+#define ON_WM_SETCURSOR()                                                                            \
+    {WM_SETCURSOR, 0, 0, 0, AfxSig_b_W_u_u,                                                          \
+     AfxMsgHandler(static_cast<BOOL (CWnd::*)(CWnd*, UINT, UINT)>(&ThisClass::OnSetCursor))},
+#define ON_WM_MOUSEMOVE()                                                                            \
+    {WM_MOUSEMOVE, 0, 0, 0, AfxSig_v_u_p,                                                            \
+     AfxMsgHandler(static_cast<void (CWnd::*)(UINT, CPoint)>(&ThisClass::OnMouseMove))},
+#define ON_WM_LBUTTONDOWN()                                                                          \
+    {WM_LBUTTONDOWN, 0, 0, 0, AfxSig_v_u_p,                                                          \
+     AfxMsgHandler(static_cast<void (CWnd::*)(UINT, CPoint)>(&ThisClass::OnLButtonDown))},
+#define ON_WM_LBUTTONUP()                                                                            \
+    {WM_LBUTTONUP, 0, 0, 0, AfxSig_v_u_p,                                                            \
+     AfxMsgHandler(static_cast<void (CWnd::*)(UINT, CPoint)>(&ThisClass::OnLButtonUp))},
+#define ON_WM_CAPTURECHANGED()                                                                       \
+    {WM_CAPTURECHANGED, 0, 0, 0, AfxSig_v_W,                                                         \
+     AfxMsgHandler(static_cast<void (CWnd::*)(CWnd*)>(&ThisClass::OnCaptureChanged))},
 
 #define ON_BN_CLICKED(id, memberFxn) ON_CONTROL(BN_CLICKED, id, memberFxn)
 #define ON_BN_DOUBLECLICKED(id, memberFxn) ON_CONTROL(BN_DOUBLECLICKED, id, memberFxn)
@@ -292,9 +315,15 @@ public:
     void SetFont(CFont* pFont, BOOL bRedraw = TRUE);
     CDC* GetDC();
     int ReleaseDC(CDC* pDC);
-    void Invalidate(BOOL bErase = TRUE) {}
-    void UpdateWindow() {}
+    // The window paints anew when the message loop comes round, or at once
+    // with UpdateWindow.
+    void Invalidate(BOOL bErase = TRUE);
+    void UpdateWindow();
     void SetRedraw(BOOL bRedraw = TRUE) {}
+
+    // The mouse: the capture sends every mouse message to this window.
+    CWnd* SetCapture();
+    static CWnd* GetCapture();
 
     // Messages: sent ones are handled at once; posted ones when the host's
     // message loop next comes round.
@@ -312,6 +341,15 @@ public:
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 
 protected:
+    // The default handling of the message being handled now.
+    LRESULT Default();
+    afx_msg void OnPaint();
+    afx_msg BOOL OnSetCursor(CWnd* pWnd, UINT nHitTest, UINT message);
+    afx_msg void OnMouseMove(UINT nFlags, CPoint point);
+    afx_msg void OnLButtonDown(UINT nFlags, CPoint point);
+    afx_msg void OnLButtonUp(UINT nFlags, CPoint point);
+    afx_msg void OnCaptureChanged(CWnd* pWnd);
+
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult);
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     virtual void DoDataExchange(CDataExchange* pDX);
@@ -322,7 +360,18 @@ protected:
     DECLARE_MESSAGE_MAP()
 
     friend class CDataExchange;
+
+private:
+    struct CurrentMessage {
+        UINT message = 0;
+        WPARAM wParam = 0;
+        LPARAM lParam = 0;
+    } m_current;
 };
+
+// Registers a window class unless the instance has one of that name
+// already; TRUE when the class can be used.
+CADHOST_API BOOL AFXAPI AfxRegisterClass(WNDCLASS* lpWndClass);
 
 // ---------------------------------------------------------------------------
 // Dialogs.
@@ -703,6 +752,21 @@ public:
     COLORREF SetTextColor(COLORREF crColor);
     COLORREF SetBkColor(COLORREF crColor);
     int SetBkMode(int nBkMode);
+    BOOL TextOut(int x, int y, LPCTSTR lpszString, int nCount);
+    BOOL TextOut(int x, int y, const CString& str);
+};
+
+// The device context of WM_PAINT: BeginPaint at construction, EndPaint at
+// destruction.
+class CADHOST_API CPaintDC : public CDC {
+    DECLARE_DYNAMIC(CPaintDC)
+public:
+    explicit CPaintDC(CWnd* pWnd);
+    ~CPaintDC() override;
+    PAINTSTRUCT m_ps;
+
+protected:
+    HWND m_hWnd;
 };
 
 // The device context of a window's client area, for the life of the object.

@@ -102,9 +102,14 @@ CADHOST_API int WINAPI GetDeviceCaps(HDC dc, int index);
 CADHOST_API COLORREF WINAPI SetTextColor(HDC dc, COLORREF color);
 CADHOST_API COLORREF WINAPI SetBkColor(HDC dc, COLORREF color);
 CADHOST_API int WINAPI SetBkMode(HDC dc, int mode);
+// Writes text with its top left corner at x, y of the context's window, in
+// the selected font and the context's colours; the host keeps what was
+// written as the window's painting.
+CADHOST_API BOOL WINAPI TextOutW(HDC dc, int x, int y, LPCWSTR text, int length);
 }
 
 #define CreateFontIndirect CreateFontIndirectW
 #define GetObject GetObjectW
 #define GetTextExtentPoint32 GetTextExtentPoint32W
 #define GetTextMetrics GetTextMetricsW
+#define TextOut TextOutW

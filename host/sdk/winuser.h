@@ -619,3 +619,97 @@ CADHOST_API HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR typ
 #define AppendMenu AppendMenuW
 #define ModifyMenu ModifyMenuW
 #define FindResource FindResourceW
+
+// ---------------------------------------------------------------------------
+// Window classes, the mouse, cursors and painting.
+
+typedef WORD ATOM;
+
+#define CS_VREDRAW 0x0001
+#define CS_HREDRAW 0x0002
+#define CS_DBLCLKS 0x0008
+#define CS_OWNDC 0x0020
+#define CS_PARENTDC 0x0080
+
+typedef struct tagWNDCLASSW {
+    UINT style;
+    WNDPROC lpfnWndProc;
+    int cbClsExtra;
+    int cbWndExtra;
+    HINSTANCE hInstance;
+    HICON hIcon;
+    HCURSOR hCursor;
+    HBRUSH hbrBackground;
+    LPCWSTR lpszMenuName;
+    LPCWSTR lpszClassName;
+} WNDCLASSW, *LPWNDCLASSW;
+typedef WNDCLASSW WNDCLASS;
+typedef LPWNDCLASSW LPWNDCLASS;
+
+// The system's cursors, for LoadCursorW with no instance.
+#define IDC_ARROW MAKEINTRESOURCE(32512)
+#define IDC_IBEAM MAKEINTRESOURCE(32513)
+#define IDC_WAIT MAKEINTRESOURCE(32514)
+#define IDC_CROSS MAKEINTRESOURCE(32515)
+#define IDC_SIZEALL MAKEINTRESOURCE(32646)
+#define IDC_NO MAKEINTRESOURCE(32648)
+#define IDC_HAND MAKEINTRESOURCE(32649)
+
+// Hit-test codes, as WM_SETCURSOR carries them in the low word of lParam.
+#define HTNOWHERE 0
+#define HTCLIENT 1
+
+// Mouse buttons and keys held, in wParam of the mouse messages.
+#define MK_LBUTTON 0x0001
+#define MK_RBUTTON 0x0002
+#define MK_SHIFT 0x0004
+#define MK_CONTROL 0x0008
+
+#define RDW_INVALIDATE 0x0001
+#define RDW_ERASE 0x0004
+#define RDW_UPDATENOW 0x0100
+
+typedef struct tagPAINTSTRUCT {
+    HDC hdc;
+    BOOL fErase;
+    RECT rcPaint;
+    BOOL fRestore;
+    BOOL fIncUpdate;
+    BYTE rgbReserved[32];
+} PAINTSTRUCT, *LPPAINTSTRUCT;
+
+extern "C" {
+// A class of windows made with CreateWindowEx or CWnd::CreateEx: its class
+// style, window procedure and cursor. A class name is registered once per
+// module instance; 0 when it is registered already.
+CADHOST_API ATOM WINAPI RegisterClassW(const WNDCLASSW* windowClass);
+CADHOST_API BOOL WINAPI GetClassInfoW(HINSTANCE instance, LPCWSTR className, LPWNDCLASSW windowClass);
+CADHOST_API BOOL WINAPI UnregisterClassW(LPCWSTR className, HINSTANCE instance);
+CADHOST_API int WINAPI GetClassNameW(HWND window, LPWSTR buffer, int bufferMax);
+CADHOST_API LRESULT WINAPI DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+// The mouse: its capture sends every mouse message to one window until it
+// is released; the window that loses it hears WM_CAPTURECHANGED.
+CADHOST_API HWND WINAPI SetCapture(HWND window);
+CADHOST_API BOOL WINAPI ReleaseCapture();
+CADHOST_API HWND WINAPI GetCapture();
+CADHOST_API BOOL WINAPI GetCursorPos(LPPOINT point);
+
+// Cursors: the system's own (instance null); SetCursor answers the one
+// that showed before.
+CADHOST_API HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
+CADHOST_API HCURSOR WINAPI SetCursor(HCURSOR cursor);
+CADHOST_API HCURSOR WINAPI GetCursor();
+
+// Painting: an invalid window hears WM_PAINT when the message loop has
+// nothing else to deliver, or at once with UpdateWindow.
+CADHOST_API BOOL WINAPI InvalidateRect(HWND window, const RECT* rect, BOOL erase);
+CADHOST_API BOOL WINAPI ValidateRect(HWND window, const RECT* rect);
+CADHOST_API BOOL WINAPI UpdateWindow(HWND window);
+CADHOST_API HDC WINAPI BeginPaint(HWND window, LPPAINTSTRUCT paint);
+CADHOST_API BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
+}
+
+// (RegisterClass, DefWindowProc and their kin keep their W names here: the
+// short names would rename members of the host's own classes.)
+#define LoadCursor LoadCursorW

@@ -1,6 +1,7 @@
 #include "ui/ControlView.h"
 
 #include "ui/Controls.h"
+#include "ui/Desktop.h"
 
 namespace cadhost::ui {
 
@@ -41,6 +42,15 @@ std::wstring DescribeControl(HWND window) {
         line += check == BST_CHECKED ? L" checked" : check == BST_INDETERMINATE ? L" indeterminate" : L" unchecked";
     }
     if (window->kind == WindowKind::Edit && (window->style & ES_READONLY)) line += L" read-only";
+    if (window->kind == WindowKind::Window) {
+        // A window of its own class shows what it painted, and the mouse over it.
+        line += L" class " + Quoted(window->className) + L" " + DescribePainting(window->painting);
+        if (Desktop* desktop = Desktop::Current()) {
+            const Mouse& mouse = desktop->mouse();
+            if (mouse.Over() == window) line += L", pointer over it with cursor " + CursorName(mouse.Cursor());
+            if (mouse.Capture() == window) line += L", holds the capture";
+        }
+    }
     if (window->kind == WindowKind::ListBox || window->kind == WindowKind::ComboBox) {
         bool ticks = IsCheckList(window);
         int count = EntryCount(window);

@@ -85,6 +85,8 @@ void Desktop::Destroy(HWND window) {
         if (!window->children.empty() && window->children.back() == child) window->children.pop_back();
     }
     if (m_focus == window) m_focus = nullptr;
+    m_mouse.Forget(window);
+    std::erase(m_invalid, window);
     if (window->parent && IsWindow(window->parent)) std::erase(window->parent->children, window);
     window->parent = nullptr;
     for (Posted& posted : m_posted) {
@@ -129,7 +131,31 @@ size_t Desktop::DeliverPosted() {
         ::SendMessageW(posted.window, posted.message, posted.wParam, posted.lParam);
         ++delivered;
     }
+    PaintInvalid();
     return delivered;
+}
+
+void Desktop::Invalidate(HWND window) {
+    if (!IsWindow(window) || window->kind != WindowKind::Window) return;
+    if (!window->invalid) m_invalid.push_back(window);
+    window->invalid = true;
+}
+
+size_t Desktop::PaintInvalid() {
+    size_t painted = 0;
+    std::vector<HWND> waiting;
+    waiting.swap(m_invalid);
+    for (HWND window : waiting) {
+        if (!IsWindow(window) || !window->invalid) continue;
+        if (!::IsWindowVisible(window)) {
+            m_invalid.push_back(window);  // painted once it shows
+            continue;
+        }
+        ::SendMessageW(window, WM_PAINT, 0, 0);
+        if (IsWindow(window) && window->invalid) window->invalid = false;  // a window that does not paint is done all the same
+        ++painted;
+    }
+    return painted;
 }
 
 UINT Desktop::RegisterMessage(const std::wstring& name) {

@@ -13,8 +13,10 @@
 
 #include "ui/GdiObjects.h"
 #include "ui/Menus.h"
+#include "ui/Mouse.h"
 #include "ui/UiDriver.h"
 #include "ui/Window.h"
+#include "ui/WindowClasses.h"
 
 namespace cadhost::ui {
 
@@ -52,8 +54,14 @@ public:
 
     // Messages for later: delivered, in order, when the loop comes round.
     void Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    // Delivers what was posted; answers how many were delivered.
+    // Delivers what was posted, then paints the windows that wait for it;
+    // answers how many posted messages were delivered.
     size_t DeliverPosted();
+    // A window of a registered class waits for WM_PAINT; it hears it when
+    // the loop comes round while it is shown.
+    void Invalidate(HWND window);
+    // Sends WM_PAINT to the shown windows that wait for it; answers how many.
+    size_t PaintInvalid();
     UINT RegisterMessage(const std::wstring& name);
 
     // The user interface: the script's driver, or nobody.
@@ -79,6 +87,8 @@ public:
 
     GdiObjects& gdi() { return m_gdi; }
     MenuTable& menus() { return m_menus; }
+    WindowClasses& classes() { return m_classes; }
+    Mouse& mouse() { return m_mouse; }
 
 private:
     std::function<void(const std::wstring&)> m_show;
@@ -101,6 +111,9 @@ private:
     size_t m_messageCount = 0;
     GdiObjects m_gdi;
     MenuTable m_menus;
+    WindowClasses m_classes;
+    Mouse m_mouse;
+    std::vector<HWND> m_invalid;  // in the order they became invalid
 };
 
 }  // namespace cadhost::ui

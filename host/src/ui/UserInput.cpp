@@ -49,9 +49,32 @@ std::wstring Reachable(HWND control) {
     return L"";
 }
 
+std::wstring UserHover(HWND control) {
+    if (!Valid(control)) return L"the control is gone";
+    if (!::IsWindowVisible(control)) return ControlName(control) + L" is hidden";
+    RECT rect = WindowRect(control);
+    POINT middle{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+    Desktop& desktop = *Desktop::Current();
+    desktop.mouse().MoveTo(desktop, middle, control);
+    return L"";
+}
+
+void UserHoverNowhere() {
+    Desktop* desktop = Desktop::Current();
+    if (desktop) desktop->mouse().MoveTo(*desktop, POINT{-30000, -30000}, nullptr);
+}
+
 std::wstring UserClick(HWND control) {
     std::wstring why = Reachable(control);
     if (!why.empty()) return why;
+    UserHover(control);
+    if (!Valid(control)) return L"";  // moving the pointer there ended its window
+    if (control->kind == WindowKind::Window) {
+        Desktop& desktop = *Desktop::Current();
+        desktop.mouse().Press(desktop);
+        desktop.mouse().Release(desktop);
+        return L"";
+    }
     if (control->kind == WindowKind::Static) {
         if (!(control->style & SS_NOTIFY)) return ControlName(control) + L" is a static text that takes no clicks";
         Notify(control, STN_CLICKED);

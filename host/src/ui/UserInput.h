@@ -16,7 +16,8 @@ std::wstring Reachable(HWND control);
 
 // A click on a button: an automatic check box or radio button changes its
 // check first; then the parent hears BN_CLICKED. A static text that asks
-// for it hears STN_CLICKED.
+// for it hears STN_CLICKED. The pointer goes to the control first; a
+// window of a registered class hears the left button go down and up.
 std::wstring UserClick(HWND control);
 // Typing a text over an edit box (EN_UPDATE, EN_CHANGE) or the edit part of
 // a combo box (CBN_EDITUPDATE, CBN_EDITCHANGE); the combo box's list then
@@ -32,6 +33,11 @@ std::wstring UserChoose(HWND control, int index);
 std::wstring UserTick(HWND control, int index, bool on);
 // Dropping down a combo box's list: CBN_DROPDOWN.
 std::wstring UserDropDown(HWND control);
+// The pointer moves to the middle of a shown control, or off every window
+// of the host. The window under it is asked for a cursor, and it or the
+// window that holds the capture hears the move.
+std::wstring UserHover(HWND control);
+void UserHoverNowhere();
 
 // How a control is named in messages: "control 104".
 std::wstring ControlName(HWND control);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ui/EntryList.h"
+#include "ui/Painting.h"
 
 namespace cadhost::ui {
 
@@ -64,4 +65,14 @@ struct HWND__ {
     INT_PTR result = 0;
     UINT defaultId = IDOK;
     std::wstring templateName;  // for messages: 104 or "NAME"
+
+    // The window's class: its style and cursor (a registered class's, or
+    // the standard control's).
+    UINT classStyle = 0;
+    HCURSOR classCursor = nullptr;
+    bool registeredClass = false;
+
+    // Painting: whether the window waits for WM_PAINT, and what it painted.
+    bool invalid = false;
+    cadhost::ui::Painting painting;
 };

@@ -204,6 +204,7 @@ BOOL WINAPI ShowWindow(HWND window, int command) {
     BOOL wasVisible = (window->style & WS_VISIBLE) != 0;
     if (command == SW_HIDE) window->style &= ~WS_VISIBLE;
     else window->style |= WS_VISIBLE;
+    if (!wasVisible && command != SW_HIDE) TheDesktop()->Invalidate(window);
     return wasVisible;
 }
 

@@ -54,6 +54,16 @@ HWND MakeWindow(Desktop& desktop, const WindowParams& params) {
     }
     if (params.style & WS_CHILD) desktop.SetParent(window, parent);
     else window->owner = parent;
+    // A registered class gives its style and cursor; the standard controls
+    // show the arrow, edit boxes the text cursor.
+    if (const WindowClass* registered = kind == WindowKind::Window ? desktop.classes().FindAny(params.className) : nullptr) {
+        window->registeredClass = true;
+        window->classStyle = registered->style;
+        window->classCursor = registered->cursor;
+    } else {
+        window->classCursor = desktop.mouse().SystemCursor(kind == WindowKind::Edit ? 32513 : 32512);
+    }
+    if (params.style & WS_VISIBLE) desktop.Invalidate(window);
     return window;
 }
 

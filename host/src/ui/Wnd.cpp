@@ -333,3 +333,18 @@ int CWnd::ReleaseDC(CDC* pDC) {
 int CWnd::MessageBox(LPCTSTR lpszText, LPCTSTR lpszCaption, UINT nType) {
     return ::MessageBoxW(m_hWnd, lpszText, lpszCaption ? lpszCaption : L"cadhost", nType);
 }
+
+void CWnd::Invalidate(BOOL bErase) { ::InvalidateRect(m_hWnd, nullptr, bErase); }
+
+void CWnd::UpdateWindow() { ::UpdateWindow(m_hWnd); }
+
+CWnd* CWnd::SetCapture() { return FromHandle(::SetCapture(m_hWnd)); }
+
+CWnd* CWnd::GetCapture() { return FromHandle(::GetCapture()); }
+
+BOOL AFXAPI AfxRegisterClass(WNDCLASS* lpWndClass) {
+    if (!lpWndClass) return FALSE;
+    WNDCLASS existing;
+    if (::GetClassInfoW(lpWndClass->hInstance, lpWndClass->lpszClassName, &existing)) return TRUE;
+    return ::RegisterClassW(lpWndClass) != 0;
+}

@@ -173,6 +173,21 @@ LRESULT DefaultWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         return 0;
     }
     case WM_GETFONT: return reinterpret_cast<LRESULT>(window->font);
+    case WM_PAINT: {
+        PAINTSTRUCT paint;
+        if (::BeginPaint(window, &paint)) ::EndPaint(window, &paint);
+        return 0;
+    }
+    case WM_SETCURSOR:
+        // The parent may choose first; else the class's cursor in the client area.
+        if ((window->style & WS_CHILD) && Live(window->parent) &&
+            ::SendMessageW(window->parent, WM_SETCURSOR, wParam, lParam))
+            return TRUE;
+        if (LOWORD(lParam) == HTCLIENT && window->classCursor) {
+            ::SetCursor(window->classCursor);
+            return TRUE;
+        }
+        return FALSE;
     case WM_CLOSE:
         if (window->kind == WindowKind::Dialog) {
             HWND cancel = ::GetDlgItem(window, IDCANCEL);
@@ -246,10 +261,27 @@ LRESULT CWnd::SendDlgItemMessage(int nID, UINT message, WPARAM wParam, LPARAM lP
 }
 
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    CurrentMessage outer = m_current;  // a message sent while handling another
+    m_current = CurrentMessage{message, wParam, lParam};
     LRESULT result = 0;
     if (!OnWndMsg(message, wParam, lParam, &result)) result = DefWindowProc(message, wParam, lParam);
+    m_current = outer;
     return result;
 }
+
+LRESULT CWnd::Default() { return DefWindowProc(m_current.message, m_current.wParam, m_current.lParam); }
+
+void CWnd::OnPaint() { Default(); }
+
+BOOL CWnd::OnSetCursor(CWnd*, UINT, UINT) { return static_cast<BOOL>(Default()); }
+
+void CWnd::OnMouseMove(UINT, CPoint) { Default(); }
+
+void CWnd::OnLButtonDown(UINT, CPoint) { Default(); }
+
+void CWnd::OnLButtonUp(UINT, CPoint) { Default(); }
+
+void CWnd::OnCaptureChanged(CWnd*) { Default(); }
 
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult) {
     LRESULT ignored = 0;
@@ -275,11 +307,36 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult
             if (message >= 0xC000) {
                 match = entry->nMessage == 0xC002 && entry->nSig && *reinterpret_cast<const UINT*>(entry->nSig) == message;
             } else {
-                match = entry->nMessage == message && entry->nMessage != WM_COMMAND && entry->nSig == AfxSig_lwl;
+                match = entry->nMessage == message && entry->nMessage != WM_COMMAND;
             }
             if (!match) continue;
-            result = (this->*AfxMsgHandlerAs<LRESULT (CWnd::*)(WPARAM, LPARAM)>(entry->pfn))(wParam, lParam);
-            return TRUE;
+            // The message's parameters, taken apart as each kind of handler wants them.
+            auto point = [lParam] {
+                return CPoint(static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam)));
+            };
+            switch (message >= 0xC000 ? AfxSig_lwl : entry->nSig) {
+            case AfxSig_lwl:
+                result = (this->*AfxMsgHandlerAs<LRESULT (CWnd::*)(WPARAM, LPARAM)>(entry->pfn))(wParam, lParam);
+                return TRUE;
+            case AfxSig_v_v:
+                (this->*AfxMsgHandlerAs<void (CWnd::*)()>(entry->pfn))();
+                result = 0;
+                return TRUE;
+            case AfxSig_b_W_u_u:
+                result = (this->*AfxMsgHandlerAs<BOOL (CWnd::*)(CWnd*, UINT, UINT)>(entry->pfn))(
+                    CWnd::FromHandle(reinterpret_cast<HWND>(wParam)), LOWORD(lParam), HIWORD(lParam));
+                return TRUE;
+            case AfxSig_v_u_p:
+                (this->*AfxMsgHandlerAs<void (CWnd::*)(UINT, CPoint)>(entry->pfn))(static_cast<UINT>(wParam), point());
+                result = 0;
+                return TRUE;
+            case AfxSig_v_W:
+                (this->*AfxMsgHandlerAs<void (CWnd::*)(CWnd*)>(entry->pfn))(
+                    CWnd::FromHandle(reinterpret_cast<HWND>(lParam)));
+                result = 0;
+                return TRUE;
+            default: continue;
+            }
         }
     }
     return FALSE;
@@ -328,6 +385,10 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
 }
 
 extern "C" {
+
+LRESULT WINAPI DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return cadhost::ui::DefaultWindowProc(window, message, wParam, lParam);
+}
 
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     CWnd* object = cadhost::ui::ObjectOf(window);
