@@ -3,6 +3,10 @@
 
 #include "Product.h"
 #include "plugin/AcRxArxApp.h"
+#include "plugin/ModuleState.h"
+#include "services/AboutDlg.h"
+#include "services/LiveUpdateDlg.h"
+#include "services/WebLinks.h"
 
 #define QM_COMMAND(globalName, localName, function)                                                         \
     static CommandEntry function##Entry = {QM_COMMAND_GROUP, globalName, localName, ACRX_CMD_TRANSPARENT, \
@@ -33,13 +37,33 @@ void Quillmark_Test() {
     blockTable->close();
 }
 
-// The service commands open web pages, the help file and the service
-// dialogs; those services join the module with their own work.
-void Quillmark_Website() {}
-void Quillmark_About() {}
-void Quillmark_Support() {}
-void Quillmark_Faq() {}
-void Quillmark_New() {}
-void Quillmark_Demo() {}
-void Quillmark_Help() {}
-void Quillmark_Live_Update() {}
+namespace {
+
+// The module's instance, or its resource handle if the instance is empty.
+HINSTANCE DialogResources() { return _hdllInstance ? _hdllInstance : ModuleResourceHandle(); }
+
+}  // namespace
+
+void Quillmark_Website() { OpenWebsite(); }
+
+void Quillmark_About() {
+    ModuleResourceScope scope(DialogResources());
+    CAboutDlg dialog;
+    dialog.DoModal();
+}
+
+void Quillmark_Support() { OpenSupportMail(); }
+
+void Quillmark_Faq() { OpenFaq(QM_PRODUCT_WORD); }
+
+void Quillmark_New() { OpenWhatsNew(QM_PRODUCT_WORD); }
+
+void Quillmark_Demo() { OpenDemo(); }
+
+void Quillmark_Help() { OpenHelpFile(QM_HELP_FILE); }
+
+void Quillmark_Live_Update() {
+    ModuleResourceScope scope(DialogResources());
+    CLiveUpdateDlg dialog;
+    dialog.DoModal();
+}
