@@ -29,6 +29,8 @@ void CHyperlink::SetColors(COLORREF hover, COLORREF normal, COLORREF back) {
 }
 
 BOOL CHyperlink::CreateOver(CWnd* placeholder, UINT id) {
+    CWnd* parent = placeholder ? placeholder->GetParent() : nullptr;
+    if (!parent) return 0;  // nothing to take the place of
     WNDCLASS windowClass{};
     windowClass.style = CS_HREDRAW | CS_VREDRAW;
     windowClass.lpfnWndProc = ::DefWindowProcW;
@@ -38,7 +40,6 @@ BOOL CHyperlink::CreateOver(CWnd* placeholder, UINT id) {
 
     CRect rect;
     placeholder->GetWindowRect(rect);
-    CWnd* parent = placeholder->GetParent();
     parent->ScreenToClient(rect);
     BOOL created = Create(kClassName, nullptr, WS_CHILD | WS_VISIBLE, rect, parent, id);
 

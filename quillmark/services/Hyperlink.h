@@ -17,7 +17,8 @@ public:
     void SetLinkCursor(HCURSOR cursor) { m_cursor = cursor; }
 
     // Makes the window over the placeholder, as a shown child of its parent
-    // with the given id; 0 when the window class cannot be registered.
+    // with the given id; 0 when the window class cannot be registered or
+    // the placeholder is no child window.
     BOOL CreateOver(CWnd* placeholder, UINT id);
 
     COLORREF TextColor() const { return m_textColor; }

@@ -150,4 +150,11 @@ TEST_F(HyperlinkTest, ALinkCanBeMadeAgainOverTheSameClass) {
     second.DestroyWindow();
 }
 
+TEST_F(HyperlinkTest, WithoutAPlaceholderNoLinkIsMade) {
+    CHyperlink link;
+    EXPECT_FALSE(link.CreateOver(nullptr, IDC_DOWNLOAD_LINK));
+    EXPECT_FALSE(link.CreateOver(&m_dialog, IDC_DOWNLOAD_LINK));  // a dialog without a parent
+    EXPECT_EQ(link.GetSafeHwnd(), nullptr);
+}
+
 }  // namespace
