@@ -25,6 +25,7 @@ protected:
         cadhost::script::ScriptRunner runner(host(), false);
         cadhost::script::DefineHostCommands(runner);
         cadhost::script::DefineDialogCommands(runner);
+        cadhost::script::DefineDrawingCommands(runner);
         std::ostringstream errors;
         TakeOutput();
         int status = runner.RunText(script, "t.qms", errors);
@@ -70,6 +71,8 @@ TEST_F(DialogScripts, WhatAScriptCannotDoEndsItNamingTheLine) {
         {lab + "new\n", 2, "t.qms:3: new cannot come while a dialog is open; close it with ok or cancel"},
         {lab + "arxunload DialogLab.arx\n", 2,
          "t.qms:3: arxunload cannot come while a dialog is open; close it with ok or cancel"},
+        {lab + "open drawing.dxf\n", 2, "t.qms:3: open cannot come while a dialog is open; close it with ok or cancel"},
+        {lab + "save drawing.dxf\n", 2, "t.qms:3: save cannot come while a dialog is open; close it with ok or cancel"},
         {lab + "cancel\nanswer Yes\nfile cancel\n", 2,
          "t.qms:5: the script ended with answers that nothing asked for: answer Yes, file cancel"},
         {lab + "expect control 1001 \"x\"\n", 1, "t.qms:3: expectation failed: control 1001 shows \"\", not \"x\""},
