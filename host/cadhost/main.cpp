@@ -13,14 +13,19 @@
 namespace {
 
 const char* const kUsage =
-    "usage: cadhost [--script FILE] [--no-module] [--settings DIR] [--launch] [DRAWING]\n"
+    "usage: cadhost --script FILE [--no-module] [--settings DIR] [--launch] [DRAWING]\n"
     "       cadhost update DRAWING [-o OUT] [--settings DIR]\n"
+    "       cadhost --help | --version\n"
     "\n"
-    "  --script FILE    run a session script (the language is in SCRIPTS.md)\n"
+    "  --script FILE    run a session script (the language is in docs/scripts.md)\n"
     "  --no-module      load no module before the script; its appload does\n"
     "  --settings DIR   keep the settings stores in DIR\n"
     "  --launch         hand web pages and files to the desktop instead of printing them\n"
-    "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n";
+    "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n"
+    "  --version        print the product and its version\n"
+    "\n"
+    "The options and the session-script language are described in docs/cadhost.md\n"
+    "and docs/scripts.md of the source tree.\n";
 
 struct Options {
     std::optional<std::filesystem::path> script;
@@ -44,6 +49,9 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
         };
         if (arg == "--help" || arg == "-h") {
             std::cout << kUsage;
+            return 0;
+        } else if (arg == "--version") {
+            std::cout << "cadhost (Quillmark) " << QM_VERSION << "\n";
             return 0;
         } else if (arg == "--script") {
             auto v = value("--script");
@@ -77,6 +85,11 @@ int main(int argc, char** argv) {
         return cadhost::RunUpdate(std::vector<std::string>(argv + 2, argv + argc), std::cout, std::cerr);
     Options options;
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
+    // Refused before the host starts, so that nothing is read or made.
+    if (!options.script) {
+        std::cerr << "cadhost: no script given; the window of this host is not built yet\n" << kUsage;
+        return 2;
+    }
     cadhost::HostOptions hostOptions;
     hostOptions.settingsFolder = options.settings;
     cadhost::Host host(hostOptions);
@@ -91,11 +104,6 @@ int main(int argc, char** argv) {
     if (options.module) {
         host.linker().loadModule(L"Quillmark.arx", true);
         host.processor().RunIdle();
-    }
-    if (!options.script) {
-        host.commandLine().FinishLine();
-        std::cerr << "cadhost: no script given; the window of this host is not built yet\n";
-        return 2;
     }
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);

@@ -87,6 +87,31 @@ TEST_F(DialogScripts, WhatAScriptCannotDoEndsItNamingTheLine) {
     }
 }
 
+TEST_F(DialogScripts, EchoNarratesWithoutTouchingWhatTheCommandLineShowed) {
+    struct Case {
+        std::string script;
+        int status;
+        std::string output, error;
+    };
+    const Case cases[] = {
+        {"echo \"Setting the units:\"\nsetvar LUNITS 4\necho \"a \\\"quoted\\\" word\"\n", 0,
+         "Setting the units:\na \"quoted\" word\n", ""},
+        // What the command before printed is still there to expect.
+        {"command _.menuload\necho \"done\"\nexpect printed \"needs the name\"\n", 0,
+         "MENULOAD needs the name of a customization file.\ndone\n", ""},
+        {"\xEF\xBB\xBF" "echo \"after the mark\"\n", 0, "after the mark\n", ""},
+        {"echo \"one\"\n\xEF\xBB\xBF" "echo \"two\"\n", 2, "one\n", "t.qms:2: unknown command \"\xEF\xBB\xBF" "echo\"\n"},
+        {"echo\n", 2, "", "t.qms:1: usage: echo \"TEXT\"\n"},
+        {"echo \"a\" \"b\"\n", 2, "", "t.qms:1: usage: echo \"TEXT\"\n"},
+    };
+    for (const Case& c : cases) {
+        Result result = Run(c.script);
+        EXPECT_EQ(result.status, c.status) << c.script;
+        EXPECT_EQ(result.output, c.output) << c.script;
+        EXPECT_EQ(result.errors, c.error) << c.script;
+    }
+}
+
 TEST_F(DialogScripts, AFailureInsideADialogGivesUpEveryOpenDialogAndRunsNothingMore) {
     Result result = Run(
         "appload DialogLab.arx\n"
