@@ -158,11 +158,16 @@ TEST_F(FileReplacementTest, NothingIsLeftBesideTheFileWhetherOrNotItIsReplaced) 
     {
         cadhost::FileReplacement replacement(path);
         ASSERT_NE(replacement.Stream(), nullptr) << cadhost::ToUtf8(replacement.Error());
-        EXPECT_TRUE(replacement.Unnamed()) << "the file system of the test folder has no unnamed files";
         std::fputs("half", replacement.Stream());
         std::fflush(replacement.Stream());
-        // While it is written, the new content has no name in the folder.
-        EXPECT_EQ(Names(folder), std::set<std::string>{"drawing.dxf"});
+        // While it is written, the new content has no name in the folder
+        // (a hidden one where the file system has no unnamed files).
+        std::set<std::string> names = Names(folder);
+        if (replacement.Unnamed()) {
+            EXPECT_EQ(names, std::set<std::string>{"drawing.dxf"});
+        } else {
+            EXPECT_EQ(names.size(), 2u);
+        }
     }  // given up
     EXPECT_EQ(qmtest::ReadText(path), "old");
     EXPECT_EQ(Names(folder), std::set<std::string>{"drawing.dxf"});
