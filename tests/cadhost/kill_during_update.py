@@ -20,7 +20,7 @@ import subprocess
 import sys
 import time
 
-LINES = 150000
+LINES = 80000
 
 
 def make_drawing(fixture, path):
