@@ -3,6 +3,13 @@ add_library(qm_options INTERFACE)
 target_compile_options(qm_options INTERFACE
   -Wall -Wextra -Wno-unused-parameter -Wno-missing-field-initializers)
 
+# CI builds with warnings as errors; a user's own build (perhaps with a
+# newer compiler that warns of more) does not.
+option(QM_WERROR "Treat compiler warnings as errors" OFF)
+if(QM_WERROR)
+  target_compile_options(qm_options INTERFACE -Werror)
+endif()
+
 if(QM_SANITIZE)
   set(QM_SANITIZER_FLAGS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_compile_options(${QM_SANITIZER_FLAGS})

@@ -11,11 +11,14 @@ namespace cadhost::script {
 void DefineDrawingCommands(ScriptRunner& runner) {
     runner.Define(L"open", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"open PATH");
+        // A modal dialog works on the drawing; none can be opened over it.
+        r.RequireNoDialog(L"open");
         std::wstring error;
         if (!r.host().OpenDrawing(std::filesystem::path(ToUtf8(a[0].text)), error)) throw ScriptError(error);
     });
     runner.Define(L"save", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"save PATH");
+        r.RequireNoDialog(L"save");
         std::wstring error;
         if (!r.host().SaveDrawing(std::filesystem::path(ToUtf8(a[0].text)), error)) throw ScriptError(error);
     });

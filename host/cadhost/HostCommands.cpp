@@ -4,6 +4,10 @@
 
 #include <tchar.h>
 
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
 namespace cadhost::script {
 namespace {
 
@@ -15,6 +19,37 @@ std::wstring Quote(const std::wstring& text) {
         else out += c;
     }
     return out + L"\"";
+}
+
+// The user's settings store, the hive below HKEY_CURRENT_USER.
+Hive& UserSettings(ScriptRunner& r) { return *r.host().settings().HiveOf(HKEY_CURRENT_USER); }
+
+// A value as the script wrote it: a bare whole number is an integer, any
+// other word (or a quoted one, digits or not) a string.
+std::optional<DWORD> WholeNumber(const Word& word) {
+    if (word.quoted || word.text.empty()) return std::nullopt;
+    size_t start = word.text[0] == L'-' ? 1 : 0;
+    if (start == word.text.size() || word.text.size() - start > 10) return std::nullopt;
+    for (size_t i = start; i < word.text.size(); ++i)
+        if (word.text[i] < L'0' || word.text[i] > L'9') return std::nullopt;
+    long long value = std::stoll(word.text);
+    if (value < INT32_MIN || value > UINT32_MAX) return std::nullopt;
+    return static_cast<DWORD>(value);
+}
+
+std::wstring DescribeSetting(const Hive::Value& value) {
+    if (value.type == REG_DWORD && value.data.size() == sizeof(DWORD)) {
+        DWORD number;
+        std::memcpy(&number, value.data.data(), sizeof number);
+        return std::to_wstring(static_cast<int32_t>(number));
+    }
+    if (value.type == REG_SZ || value.type == REG_EXPAND_SZ) {
+        std::wstring text(value.data.size() / sizeof(WCHAR), L'\0');
+        std::memcpy(text.data(), value.data.data(), text.size() * sizeof(WCHAR));
+        while (!text.empty() && text.back() == L'\0') text.pop_back();
+        return Quote(text);
+    }
+    return L"(" + std::to_wstring(value.data.size()) + L" bytes of type " + std::to_wstring(value.type) + L")";
 }
 
 }  // namespace
@@ -52,6 +87,33 @@ void DefineHostCommands(ScriptRunner& runner) {
         if (r.host().variables().SetFromText(a[0].text, a[1].text, reason) != RTNORM) throw ScriptError(reason);
     });
 
+    // A value in the user's settings store, at a key path below
+    // HKEY_CURRENT_USER (Software\Norvo\...).
+    runner.Define(L"setting", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 3, 3, L"setting SECTION NAME VALUE");
+        Hive& hive = UserSettings(r);
+        std::optional<long long> key = hive.Key(Hive::kRoot, a[0].text, true);
+        bool stored = false;
+        if (key) {
+            if (std::optional<DWORD> number = WholeNumber(a[2])) {
+                stored = hive.Set(*key, a[1].text, REG_DWORD, reinterpret_cast<const BYTE*>(&*number), sizeof *number);
+            } else {
+                const std::wstring& text = a[2].text;
+                stored = hive.Set(*key, a[1].text, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                                  static_cast<DWORD>((text.size() + 1) * sizeof(WCHAR)));
+            }
+        }
+        if (!stored) throw ScriptError(hive.Problem().empty() ? L"the setting cannot be stored" : hive.Problem());
+    });
+
+    runner.DefinePrint(L"setting", [](ScriptRunner& r, const Arguments& a) {
+        ScriptRunner::RequireCount(a, 2, 2, L"print setting SECTION NAME");
+        Hive& hive = UserSettings(r);
+        if (!hive.Usable()) throw ScriptError(hive.Problem());
+        std::optional<long long> key = hive.Key(Hive::kRoot, a[0].text, false);
+        std::optional<Hive::Value> value = key ? hive.Get(*key, a[1].text) : std::nullopt;
+        r.Show(a[0].text + L" " + a[1].text + (value ? L" = " + DescribeSetting(*value) : std::wstring(L" is not set")));
+    });
     runner.DefinePrint(L"var", [](ScriptRunner& r, const Arguments& a) {
         ScriptRunner::RequireCount(a, 1, 1, L"print var NAME");
         std::wstring text = r.host().variables().Describe(a[0].text);

@@ -17,6 +17,11 @@ ScriptRunner::ScriptRunner(Host& host, bool launch)
         if (it == runner.m_prints.end()) throw ScriptError(L"print cannot show \"" + arguments[0].text + L"\"");
         it->second(runner, Arguments(arguments.begin() + 1, arguments.end()));
     });
+    // Narration: a line that tells a reader of the transcript what happens.
+    Define(L"echo", [](ScriptRunner& runner, const Arguments& arguments) {
+        RequireCount(arguments, 1, 1, L"echo \"TEXT\"");
+        runner.Show(arguments[0].text);
+    });
     Define(L"expect", [](ScriptRunner& runner, const Arguments& arguments) {
         if (arguments.empty()) throw ScriptError(L"expect needs a subject");
         auto it = runner.m_expects.find(arguments[0].text);
@@ -78,7 +83,7 @@ void ScriptRunner::RunLine(const Arguments& words) {
     const std::wstring& name = words[0].text;
     auto it = m_commands.find(name);
     if (it == m_commands.end() || words[0].quoted) throw ScriptError(L"unknown command \"" + name + L"\"");
-    bool looks = name == L"print" || name == L"expect";
+    bool looks = name == L"print" || name == L"expect" || name == L"echo";
     if (!looks) m_host.commandLine().Mark();
     it->second(*this, Arguments(words.begin() + 1, words.end()));
     if (!looks) Settle();
@@ -115,6 +120,8 @@ int ScriptRunner::Run(std::istream& in, const std::string& where, std::ostream& 
     int lineNumber = 0;
     while (std::getline(in, raw)) {
         ++lineNumber;
+        // The byte order mark that some editors put at the start of UTF-8.
+        if (lineNumber == 1 && raw.starts_with("\xEF\xBB\xBF")) raw.erase(0, 3);
         if (!raw.empty() && raw.back() == '\r') raw.pop_back();
         std::wstring line = FromUtf8(raw);
         size_t first = line.find_first_not_of(L" \t");

@@ -82,6 +82,7 @@ int RunUpdate(const std::vector<std::string>& arguments, std::ostream& out, std:
     out << "Updated " << target.string() << ": " << Count(report.evaluated, "field", "fields") << " evaluated, "
         << report.changed << " changed, " << report.failed.size() << " failed";
     if (!report.skipped.empty()) out << ", " << report.skipped.size() << " without evaluator";
+    if (!report.notEvaluated.empty()) out << ", " << report.notEvaluated.size() << " not evaluated";
     out << ".\n";
     for (const FieldFailure& failure : report.failed) {
         out << "  failed: text " << HandleOf(failure.text) << " " << ToUtf8(failure.code) << ": "
@@ -91,7 +92,11 @@ int RunUpdate(const std::vector<std::string>& arguments, std::ostream& out, std:
         out << "  kept: text " << HandleOf(skipped.text) << " " << ToUtf8(skipped.code) << ": "
             << ToUtf8(skipped.message) << "\n";
     }
-    return report.failed.empty() ? 0 : 1;
+    for (const FieldFailure& left : report.notEvaluated) {
+        out << "  not evaluated: text " << HandleOf(left.text) << " " << ToUtf8(left.code) << ": "
+            << ToUtf8(left.message) << "\n";
+    }
+    return report.failed.empty() && report.notEvaluated.empty() ? 0 : 1;
 }
 
 }  // namespace cadhost

@@ -9,9 +9,9 @@
 namespace cadhost {
 
 // The arguments behind "update". Answers the exit status: 0 when every
-// field evaluated, 1 when the drawing was written but some fields failed,
-// 2 when nothing was written (bad arguments, an unreadable drawing, no
-// evaluators, a failed write).
+// field evaluated, 1 when the drawing was written but some fields failed or
+// could not be evaluated, 2 when nothing was written (bad arguments, an
+// unreadable drawing, no evaluators, a failed write).
 int RunUpdate(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& errors);
 
 }  // namespace cadhost

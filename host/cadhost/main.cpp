@@ -13,18 +13,23 @@
 namespace {
 
 const char* const kUsage =
-    "usage: cadhost [--script FILE] [--no-module] [--settings DIR] [--launch]\n"
+    "usage: cadhost --script FILE [--no-module] [--settings DIR] [--launch]\n"
     "               [--connect-to HOST:PORT:ADDRESS:PORT2]... [DRAWING]\n"
     "       cadhost update DRAWING [-o OUT] [--settings DIR]\n"
+    "       cadhost --help | --version\n"
     "\n"
-    "  --script FILE    run a session script (the language is in SCRIPTS.md)\n"
+    "  --script FILE    run a session script (the language is in docs/scripts.md)\n"
     "  --no-module      load no module before the script; its appload does\n"
     "  --settings DIR   keep the settings stores in DIR\n"
     "  --launch         hand web pages, mail and files to the desktop (xdg-open) as well\n"
     "                   as printing them\n"
     "  --connect-to HOST:PORT:ADDRESS:PORT2\n"
     "                   send what is meant for HOST:PORT to ADDRESS:PORT2 (repeatable)\n"
-    "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n";
+    "  update           re-evaluate the drawing's fields and write it back (or to OUT)\n"
+    "  --version        print the product and its version\n"
+    "\n"
+    "The options and the session-script language are described in docs/cadhost.md\n"
+    "and docs/scripts.md of the source tree.\n";
 
 struct Options {
     std::optional<std::filesystem::path> script;
@@ -49,6 +54,9 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
         };
         if (arg == "--help" || arg == "-h") {
             std::cout << kUsage;
+            return 0;
+        } else if (arg == "--version") {
+            std::cout << "cadhost (Quillmark) " << QM_VERSION << "\n";
             return 0;
         } else if (arg == "--script") {
             auto v = value("--script");
@@ -91,6 +99,11 @@ int main(int argc, char** argv) {
         return cadhost::RunUpdate(std::vector<std::string>(argv + 2, argv + argc), std::cout, std::cerr);
     Options options;
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
+    // Refused before the host starts, so that nothing is read or made.
+    if (!options.script) {
+        std::cerr << "cadhost: no script given; the window of this host is not built yet\n" << kUsage;
+        return 2;
+    }
     cadhost::HostOptions hostOptions;
     hostOptions.settingsFolder = options.settings;
     hostOptions.internet.connectTo = options.connectTo;
@@ -107,11 +120,6 @@ int main(int argc, char** argv) {
     if (options.module) {
         host.linker().loadModule(L"Quillmark.arx", true);
         host.processor().RunIdle();
-    }
-    if (!options.script) {
-        host.commandLine().FinishLine();
-        std::cerr << "cadhost: no script given; the window of this host is not built yet\n";
-        return 2;
     }
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);

@@ -25,6 +25,7 @@ protected:
         cadhost::script::ScriptRunner runner(host(), false);
         cadhost::script::DefineHostCommands(runner);
         cadhost::script::DefineDialogCommands(runner);
+        cadhost::script::DefineDrawingCommands(runner);
         std::ostringstream errors;
         TakeOutput();
         int status = runner.RunText(script, "t.qms", errors);
@@ -70,6 +71,8 @@ TEST_F(DialogScripts, WhatAScriptCannotDoEndsItNamingTheLine) {
         {lab + "new\n", 2, "t.qms:3: new cannot come while a dialog is open; close it with ok or cancel"},
         {lab + "arxunload DialogLab.arx\n", 2,
          "t.qms:3: arxunload cannot come while a dialog is open; close it with ok or cancel"},
+        {lab + "open drawing.dxf\n", 2, "t.qms:3: open cannot come while a dialog is open; close it with ok or cancel"},
+        {lab + "save drawing.dxf\n", 2, "t.qms:3: save cannot come while a dialog is open; close it with ok or cancel"},
         {lab + "cancel\nanswer Yes\nfile cancel\n", 2,
          "t.qms:5: the script ended with answers that nothing asked for: answer Yes, file cancel"},
         {lab + "expect control 1001 \"x\"\n", 1, "t.qms:3: expectation failed: control 1001 shows \"\", not \"x\""},
@@ -81,6 +84,31 @@ TEST_F(DialogScripts, WhatAScriptCannotDoEndsItNamingTheLine) {
         Result result = Run(c.script);
         EXPECT_EQ(result.status, c.status) << c.script;
         EXPECT_EQ(result.errors, std::string(c.error) + "\n") << c.script;
+    }
+}
+
+TEST_F(DialogScripts, EchoNarratesWithoutTouchingWhatTheCommandLineShowed) {
+    struct Case {
+        std::string script;
+        int status;
+        std::string output, error;
+    };
+    const Case cases[] = {
+        {"echo \"Setting the units:\"\nsetvar LUNITS 4\necho \"a \\\"quoted\\\" word\"\n", 0,
+         "Setting the units:\na \"quoted\" word\n", ""},
+        // What the command before printed is still there to expect.
+        {"command _.menuload\necho \"done\"\nexpect printed \"needs the name\"\n", 0,
+         "MENULOAD needs the name of a customization file.\ndone\n", ""},
+        {"\xEF\xBB\xBF" "echo \"after the mark\"\n", 0, "after the mark\n", ""},
+        {"echo \"one\"\n\xEF\xBB\xBF" "echo \"two\"\n", 2, "one\n", "t.qms:2: unknown command \"\xEF\xBB\xBF" "echo\"\n"},
+        {"echo\n", 2, "", "t.qms:1: usage: echo \"TEXT\"\n"},
+        {"echo \"a\" \"b\"\n", 2, "", "t.qms:1: usage: echo \"TEXT\"\n"},
+    };
+    for (const Case& c : cases) {
+        Result result = Run(c.script);
+        EXPECT_EQ(result.status, c.status) << c.script;
+        EXPECT_EQ(result.output, c.output) << c.script;
+        EXPECT_EQ(result.errors, c.error) << c.script;
     }
 }
 

@@ -1,5 +1,6 @@
 // cadhost update: what it prints, what it writes, and that it writes nothing
 // but the fields' values, nor anything at all for bad input.
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -166,6 +167,68 @@ TEST_F(UpdateCommandTest, AnOutputElsewhereLeavesTheDrawingAlone) {
     EXPECT_EQ(qmtest::ReadText(path), before);
     EXPECT_TRUE(std::filesystem::exists(out));
     EXPECT_NE(qmtest::ReadText(out), before);
+}
+
+// The text 32 of tablecell_notables.dxf holds the field 35 (_text, its code
+// "%<\_FldIdx 0>%"), whose one child is the field 36 (a Table Cell field of
+// a table the drawing does not have); the drawing's next handle is 37.
+TEST_F(UpdateCommandTest, FieldsWhoseChildrenCannotBeFollowedAreKeptAsTheyCameAndListed) {
+    const std::string textChild = "%<\\_FldIdx 0>%\n 90\n1\n360\n36\n";
+    const std::string cellChildren = "\\TableCell Table(<3C>).$B$2\n 90\n0\n";
+    struct Case {
+        std::string from, to, listed;
+    };
+    const Case cases[] = {
+        {textChild, "%<\\_FldIdx 0>%\n 90\n1\n360\n35\n",
+         "%<\\_FldIdx 0>%: The child fields form a cycle: 35 -> 35."},
+        {textChild, "%<\\_FldIdx 0>%\n 90\n1\n360\nFFFFF\n",
+         "%<\\_FldIdx 0>%: The child field FFFFF is not in the drawing."},
+        {textChild, "%<\\_FldIdx 0>%\n 90\n1\n360\n32\n", "%<\\_FldIdx 0>%: The child 32 of the field is not a field."},
+        {cellChildren, "\\TableCell Table(<3C>).$B$2\n 90\n1\n360\n35\n",
+         "%<\\TableCell Table(<3C>).$B$2>%: The child fields form a cycle: 35 -> 36 -> 35."},
+    };
+    for (const Case& c : cases) {
+        std::filesystem::path path = Copy("tablecell_notables.dxf", "drawing.dxf");
+        Edit(path, c.from, c.to);
+        std::filesystem::path edited = m_folder.path() / "edited.dxf";
+        std::filesystem::copy_file(path, edited, std::filesystem::copy_options::overwrite_existing);
+        EXPECT_EQ(Update({path.string()}), 1) << c.to;
+        EXPECT_EQ(m_out.str(), "Updated " + path.string() + ": 0 fields evaluated, 0 changed, 0 failed, 1 not evaluated.\n"
+                               "  not evaluated: text 32 " + c.listed + "\n");
+        // Written back as it came: the text keeps its content, the fields
+        // their groups, and the next handle stays where it was.
+        EXPECT_TRUE(Differences(path, edited).empty()) << c.to;
+        EXPECT_NE(qmtest::ReadText(path).find("$HANDSEED\n  5\n37\n"), std::string::npos) << c.to;
+    }
+}
+
+TEST_F(UpdateCommandTest, EveryFieldThatFailsIsListedWithItsReason) {
+    struct Case {
+        std::string from, to, listed;
+    };
+    const Case cases[] = {
+        {"%<\\_FldIdx 0>%", "%<\\_FldIdx 7>%",
+         "  failed: text 32 %<\\_FldIdx 7>%: The field code cannot be read: it names child 7, and the field has 1 "
+         "child.\n"},
+        {"%<\\_FldIdx 0>%", "%<\\_FldIdx 0>",
+         "  failed: text 32 %<\\_FldIdx 0>: The field code cannot be read: a field code inside the text lacks its "
+         "closing >%.\n"},
+        {"%<\\_FldIdx 0>%", "Load %<\\_FldIdx 0>% and %<\\_FldIdx 0>%",
+         "  failed: text 32 Load %<\\TableCell Table(<3C>).$B$2>% and %<\\TableCell Table(<3C>).$B$2>%: The field code "
+         "cannot be read: it names child 0 twice.\n"},
+    };
+    for (const Case& c : cases) {
+        std::filesystem::path path = Copy("tablecell_notables.dxf", "drawing.dxf");
+        Edit(path, c.from, c.to);
+        EXPECT_EQ(Update({path.string()}), 1) << c.to;
+        EXPECT_EQ(m_out.str(), "Updated " + path.string() + ": 1 field evaluated, 1 changed, 2 failed.\n" + c.listed +
+                                   "  failed: text 32 %<\\TableCell Table(<3C>).$B$2>%: No table has the handle 3C in "
+                                   "the drawing.\n") << c.to;
+        // The text keeps what it showed.
+        std::vector<qmtest::DxfGroup> text = qmtest::DxfObjectsByHandle(path).at("32");
+        EXPECT_TRUE(std::any_of(text.begin(), text.end(), [](const auto& g) { return g.code == 1 && g.value == "Pump"; }))
+            << c.to;
+    }
 }
 
 TEST_F(UpdateCommandTest, BadArgumentsAndDrawingsWriteNothing) {

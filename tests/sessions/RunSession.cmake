@@ -1,7 +1,8 @@
 cmake_minimum_required(VERSION 3.25)
 # Runs one session script in cadhost. @BIN@ in the script and in its
 # expected transcript stands for the folder of the host's modules. The
-# first line may say "# expect exit N" and "# cadhost ARGS..." is read too.
+# first line may say "# expect exit N" and "# cadhost ARGS..." is read too;
+# "# expect error TEXT" asks that the errors cadhost reports hold TEXT.
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 get_filename_component(name ${SCRIPT} NAME_WE)
@@ -36,6 +37,12 @@ file(WRITE ${WORK}/${name}.stdout "${out}")
 
 if(NOT status EQUAL exit)
   message(FATAL_ERROR "cadhost exited with ${status}, not ${exit}\n--- output\n${out}\n--- errors\n${err}")
+endif()
+if(text MATCHES "# expect error ([^\n]*)")
+  string(FIND "${err}" "${CMAKE_MATCH_1}" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "cadhost did not report \"${CMAKE_MATCH_1}\"\n--- errors\n${err}")
+  endif()
 endif()
 if(EXISTS ${folder}/${name}.out)
   file(READ ${folder}/${name}.out expected)

@@ -10,9 +10,12 @@
 IMPLEMENT_DYNAMIC(CDynLinkLibrary, CObject)
 
 namespace {
+// The framework's chain, process-wide as the loader is; never destroyed,
+// since a module mapped to the end of the process leaves it at its detach,
+// after this library's static objects are gone.
 std::vector<CDynLinkLibrary*>& Libraries() {
-    static std::vector<CDynLinkLibrary*> libraries;  // the framework's chain, process-wide as the loader is
-    return libraries;
+    static auto* libraries = new std::vector<CDynLinkLibrary*>;
+    return *libraries;
 }
 }  // namespace
 

@@ -68,8 +68,10 @@ Host::Host(HostOptions options)
         std::abort();
     }
     s_current = this;
-    m_settings = std::make_unique<SettingsStore>(options.settingsFolder.empty() ? SettingsStore::DefaultFolder()
-                                                                                : options.settingsFolder);
+    // A store that cannot be used says so on the command line, once.
+    m_settings = std::make_unique<SettingsStore>(
+        options.settingsFolder.empty() ? SettingsStore::DefaultFolder() : options.settingsFolder,
+        [this](const std::wstring& message) { m_commandLine.Print(L"\n" + message); });
     m_documents = std::make_unique<DocumentManager>(ModuleTable::Instance().Host());
     m_services = std::make_unique<HostServices>(*m_documents);
     m_desktop = std::make_unique<ui::Desktop>([this](const std::wstring& text) { m_commandLine.Show(text); });

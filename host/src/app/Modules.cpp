@@ -10,8 +10,11 @@
 namespace cadhost {
 
 ModuleTable& ModuleTable::Instance() {
-    static ModuleTable table;
-    return table;
+    // Never destroyed: a module that stays mapped to the end of the process
+    // hears of its detach after the static objects of this library are gone,
+    // and it asks for its own record then.
+    static ModuleTable* table = new ModuleTable;
+    return *table;
 }
 
 HMODULE ModuleTable::FromAddress(const void* address) {

@@ -47,7 +47,6 @@ AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
     stub.database = this;
     stub.handle = handle;
     m_byHandle.emplace(handle, &stub);
-    if (handle >= m_nextHandle) m_nextHandle = handle + 1;
     return &stub;
 }
 
@@ -56,6 +55,9 @@ Acad::ErrorStatus DatabaseImpl::Add(AcDbObjectId& id, AcDbObject* object, Adesk:
     if (object->m_stub) return Acad::eAlreadyInDb;
     AcDbStub* stub = StubFor(handle);
     if (stub->object) return Acad::eDuplicateKey;
+    // Only an object moves the next handle on: a reference to a handle that
+    // names nothing does not (new objects pass over its stub all the same).
+    if (stub->handle >= m_nextHandle) m_nextHandle = stub->handle + 1;
     stub->object = object;
     object->m_stub = stub;
     // As on the platform, whoever adds an object holds it open for write

@@ -21,6 +21,7 @@
 #include "dxf/GroupReader.h"
 #include "dxf/TextCodec.h"
 #include "dxf/Values.h"
+#include "files/RegularFile.h"
 
 namespace cadhost::dxf {
 namespace {
@@ -990,19 +991,11 @@ Acad::ErrorStatus ReadStream(std::FILE* file, const std::wstring& name, AcDbData
 
 Acad::ErrorStatus ReadFile(const std::filesystem::path& path, AcDbDatabase& into, std::wstring& error) {
     std::wstring name = FromUtf8(path.string());
-    std::error_code ec;
-    if (!std::filesystem::exists(path, ec)) {
-        error = name + L": no such file";
-        return Acad::eFileNotFound;
-    }
-    if (std::filesystem::is_directory(path, ec)) {
-        error = name + L": is a folder, not a drawing";
-        return Acad::eCantOpenFile;
-    }
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file) {
-        error = name + L": cannot be opened (" + FromUtf8(std::strerror(errno)) + L")";
-        return Acad::eCantOpenFile;
+    std::FILE* file = nullptr;
+    switch (OpenRegularFile(path, L"a drawing", file, error)) {
+    case OpenResult::kOpened: break;
+    case OpenResult::kMissing: return Acad::eFileNotFound;
+    default: return Acad::eCantOpenFile;
     }
     Acad::ErrorStatus es = ReadStream(file, name, into, error);
     std::fclose(file);

@@ -5,9 +5,6 @@
 #include <dbents.h>
 #include <dbsymtb.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 
 #include <cerrno>
@@ -22,6 +19,7 @@
 #include "dxf/DxfFiles.h"
 #include "dxf/Values.h"
 #include "dxf/Writers.h"
+#include "files/FileReplacement.h"
 
 namespace cadhost::dxf {
 namespace {
@@ -412,46 +410,20 @@ Acad::ErrorStatus WriteStream(const AcDbDatabase& database, std::FILE* file) {
 }
 
 Acad::ErrorStatus WriteFile(const AcDbDatabase& database, const std::filesystem::path& path, std::wstring& error) {
-    std::wstring name = FromUtf8(path.string());
-    std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) {
-        error = name + L": is a folder";
+    FileReplacement replacement(path);
+    if (!replacement.Stream()) {
+        error = replacement.Error();
         return Acad::eCantOpenFile;
     }
-    // A new file beside the old one, put in its place only when complete.
-    std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
-    std::string hidden = ".";
-    hidden += path.filename().string();
-    hidden += ".XXXXXX";
-    std::string pattern = (folder / hidden).string();
-    std::vector<char> temp(pattern.begin(), pattern.end());
-    temp.push_back('\0');
-    int fd = mkstemp(temp.data());
-    if (fd < 0) {
-        error = name + L": cannot write in its folder (" + FromUtf8(std::strerror(errno)) + L")";
-        return Acad::eFileAccessErr;
-    }
-    std::FILE* file = fdopen(fd, "wb");
-    if (!file) {
-        ::close(fd);
-        ::unlink(temp.data());
-        error = name + L": cannot write in its folder";
-        return Acad::eFileAccessErr;
-    }
-    Acad::ErrorStatus es = WriteStream(database, file);
-    if (es == Acad::eOk && ::fsync(fileno(file)) != 0) es = Acad::eFileSystemErr;
-    if (std::fclose(file) != 0 && es == Acad::eOk) es = Acad::eFileSystemErr;
-    if (es == Acad::eOk) {
-        // Keep the permissions of a file that was there.
-        struct stat old {};
-        if (::stat(path.c_str(), &old) == 0) ::chmod(temp.data(), old.st_mode & 07777);
-        else ::chmod(temp.data(), 0644);
-        if (std::rename(temp.data(), path.c_str()) != 0) es = Acad::eFileAccessErr;
-    }
+    Acad::ErrorStatus es = WriteStream(database, replacement.Stream());
     if (es != Acad::eOk) {
-        ::unlink(temp.data());
-        error = name + L": the drawing could not be written (" + FromUtf8(std::strerror(errno)) + L"); the file is unchanged";
+        error = FromUtf8(path.string()) + L": the drawing could not be written (" + FromUtf8(std::strerror(errno)) +
+                L"); the file is unchanged";
         return es;
+    }
+    if (!replacement.Commit()) {
+        error = replacement.Error();
+        return Acad::eFileAccessErr;
     }
     return Acad::eOk;
 }

@@ -384,16 +384,32 @@ std::wstring Fingerprint(const AcDbField& field) {
 
 // Whether every code inside the parsed code is the place of one of the
 // file's children, each child used once; fills the children in the order of
-// their places.
+// their places, or says why they do not match.
 bool PlacesMatch(const ParsedCode& parsed, const std::vector<AcDbObjectId>& fileChildren,
-                 std::vector<AcDbField::Impl::Child>& children) {
+                 std::vector<AcDbField::Impl::Child>& children, std::wstring& why) {
+    auto count = [](size_t n) { return std::to_wstring(n) + (n == 1 ? L" child" : L" children"); };
     std::set<size_t> used;
     for (const ParsedCode& child : parsed.children) {
-        if (!child.suppliedChild || *child.suppliedChild >= fileChildren.size() || !used.insert(*child.suppliedChild).second)
+        if (!child.suppliedChild) {
+            why = L"a field code stands inside it where the place of a child must";
             return false;
-        children.push_back({nullptr, fileChildren[*child.suppliedChild]});
+        }
+        size_t place = *child.suppliedChild;
+        if (place >= fileChildren.size()) {
+            why = L"it names child " + std::to_wstring(place) + L", and the field has " + count(fileChildren.size());
+            return false;
+        }
+        if (!used.insert(place).second) {
+            why = L"it names child " + std::to_wstring(place) + L" twice";
+            return false;
+        }
+        children.push_back({nullptr, fileChildren[place]});
     }
-    return used.size() == fileChildren.size();
+    if (used.size() != fileChildren.size()) {
+        why = L"it names " + count(used.size()) + L", and the field has " + count(fileChildren.size());
+        return false;
+    }
+    return true;
 }
 
 void FinishField(AcDbObject& object, ObjectReader& in) {
@@ -413,8 +429,13 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
     std::optional<ParsedCode> parsed;
     if (m.hasCode) parsed = textField ? ParseTextWithFields(code, error, true) : ParseFieldCode(code, error, true);
     std::vector<AcDbField::Impl::Child> children;
-    bool readable = parsed && PlacesMatch(*parsed, r.children, children) &&
-                    (textField || m.evaluatorId.empty() || _wcsicmp(parsed->evaluatorId.c_str(), m.evaluatorId.c_str()) == 0);
+    bool readable = parsed && PlacesMatch(*parsed, r.children, children, error);
+    if (readable && !textField && !m.evaluatorId.empty() &&
+        _wcsicmp(parsed->evaluatorId.c_str(), m.evaluatorId.c_str()) != 0) {
+        error = L"it names the evaluator \"" + parsed->evaluatorId + L"\", and the field \"" + m.evaluatorId + L"\"";
+        readable = false;
+    }
+    m.unreadableReason.clear();
     if (readable) {
         if (m.evaluatorId.empty()) m.evaluatorId = parsed->evaluatorId;
         m.code = parsed->code;
@@ -427,6 +448,7 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
         m.format = format;
         for (AcDbObjectId child : r.children) m.children.push_back({nullptr, child});
         m.unreadable = m.hasCode;
+        if (m.unreadable) m.unreadableReason = error;
     }
     m.status = r.status ? static_cast<AcDbField::EvalStatus>(r.status) : AcDbField::kNotYetEvaluated;
     if (m.status != AcDbField::kSuccess) {

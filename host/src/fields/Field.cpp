@@ -25,8 +25,11 @@ ACHAR* NewText(const std::wstring& text) {
     return copy;
 }
 
-// The code under the flags, children composed into their places.
-std::wstring Compose(const AcDbField& field, int flags) {
+// The code under the flags, children composed into their places. A child
+// that cannot be opened, that is one of the fields being composed (a cycle a
+// file gave) or that is nested too deep keeps its place as it stands, or
+// shows no value.
+std::wstring Compose(const AcDbField& field, int flags, std::vector<const AcDbField*>& path) {
     const AcDbField::Impl& m = field.impl();
     if (flags & AcDbField::kEvaluatedText) return field.getValue();
     if (!m.hasCode) return std::wstring();
@@ -41,10 +44,16 @@ std::wstring Compose(const AcDbField& field, int flags) {
             continue;
         }
         cadhost::ChildAccess child(m.children[place->first], AcDb::kForRead);
-        if (child.get()) {
+        if (!child.get() || path.size() > static_cast<size_t>(cadhost::kMaxFieldNesting) ||
+            std::find(path.begin(), path.end(), child.get()) != path.end()) {
+            if (flags & AcDbField::kEvaluatedChildren) body += kNoValue;
+            else body.append(m.code, i, place->second);
+        } else {
+            path.push_back(child.get());
             body += (flags & AcDbField::kEvaluatedChildren)
                         ? std::wstring(child.get()->getValue())
-                        : Compose(*child.get(), (flags | AcDbField::kAddMarkers) & ~AcDbField::kEscapeBackslash);
+                        : Compose(*child.get(), (flags | AcDbField::kAddMarkers) & ~AcDbField::kEscapeBackslash, path);
+            path.pop_back();
         }
         i += place->second;
     }
@@ -101,6 +110,7 @@ void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* 
     m.formatOption = code.formatOption;
     m.hasCode = true;
     m.unreadable = false;
+    m.unreadableReason.clear();
     m.textField = _wcsicmp(code.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
     for (const auto& child : code.children) {
         AcDbField* made = MakeChild(child, supplied);
@@ -190,7 +200,8 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
 
 const ACHAR* AcDbField::getFieldCode(FieldCodeFlag flags, AcDbFieldArray* childFields, AcDb::OpenMode mode) const {
     int wanted = flags == 0 ? kFieldCode : flags;
-    std::wstring text = Compose(*this, wanted);
+    std::vector<const AcDbField*> path{this};
+    std::wstring text = Compose(*this, wanted, path);
     m_impl->codeText = (wanted & kEscapeBackslash) ? EscapeBackslashes(text) : text;
     if (childFields) {
         for (const auto& child : m_impl->children) {

@@ -1,5 +1,10 @@
 #include <adslib.h>
 
+#include <algorithm>
+#include <unordered_set>
+#include <vector>
+
+#include "fields/FieldCodeText.h"
 #include "fields/FieldImpl.h"
 #include "fields/FieldResult.h"
 
@@ -33,7 +38,72 @@ Acad::ErrorStatus Fail(AcDbField::Impl& m, int status, const std::wstring& messa
     return es == Acad::eOk ? Acad::eInvalidInput : es;
 }
 
+std::wstring HandleText(AcDbObjectId id) {
+    ACHAR text[32] = L"";
+    id.handle().getIntoAsciiBuffer(text, 32);
+    return text;
+}
+
+// One field on the walk's path, and how far its children are walked.
+struct Step {
+    const AcDbField* field;
+    AcDbObjectId id;  // null for a child the field holds
+    size_t next = 0;
+    bool opened = false;
+};
+
 }  // namespace
+
+std::optional<std::wstring> FieldStructureFault(const AcDbField& top) {
+    std::vector<Step> path{{&top, top.objectId()}};
+    std::unordered_set<AcDbStub*> followed;  // fields whose children were all walked
+    std::optional<std::wstring> fault;
+    while (!path.empty() && !fault) {
+        Step& step = path.back();
+        const auto& children = step.field->impl().children;
+        if (step.next >= children.size()) {
+            if (!step.id.isNull()) followed.insert(step.id.stub());
+            if (step.opened) const_cast<AcDbField*>(step.field)->close();
+            path.pop_back();
+            continue;
+        }
+        const AcDbField::Impl::Child& child = children[step.next++];
+        if (path.size() > static_cast<size_t>(kMaxFieldNesting)) {
+            fault = L"The child fields are nested deeper than " + std::to_wstring(kMaxFieldNesting) + L" levels.";
+            break;
+        }
+        if (child.held) {
+            path.push_back({child.held, AcDbObjectId()});
+            continue;
+        }
+        if (child.id.isNull()) {
+            fault = L"A child field of the field names no object.";
+            break;
+        }
+        if (followed.count(child.id.stub())) continue;
+        auto onPath = std::find_if(path.begin(), path.end(), [&](const Step& s) { return s.id == child.id; });
+        if (onPath != path.end()) {
+            std::wstring cycle;
+            for (auto it = onPath; it != path.end(); ++it) cycle += HandleText(it->id) + L" -> ";
+            fault = L"The child fields form a cycle: " + cycle + HandleText(child.id) + L".";
+            break;
+        }
+        AcDbField* field = nullptr;
+        Acad::ErrorStatus es = acdbOpenObject(field, child.id, AcDb::kForRead);
+        if (es == Acad::eOk) {
+            path.push_back({field, child.id, 0, true});
+        } else if (es == Acad::eNotThatKindOfClass) {
+            fault = L"The child " + HandleText(child.id) + L" of the field is not a field.";
+        } else if (es == Acad::eWasErased) {
+            fault = L"The child field " + HandleText(child.id) + L" was erased from the drawing.";
+        } else if (es != Acad::eWasOpenForWrite) {
+            fault = L"The child field " + HandleText(child.id) + L" is not in the drawing.";
+        }
+    }
+    for (const Step& step : path)
+        if (step.opened) const_cast<AcDbField*>(step.field)->close();
+    return fault;
+}
 
 Acad::ErrorStatus FieldResult::setFieldValue(const AcValue* newValue) {
     if (!newValue) return Acad::eNullObjectPointer;
@@ -50,17 +120,30 @@ Acad::ErrorStatus FieldResult::setEvaluationStatus(int newStatus, int newErrorCo
 
 Acad::ErrorStatus EvaluateField(AcDbField& field, int context, AcDbDatabase* database, int& found, int& evaluated) {
     if (!field.isWriteEnabled()) return Acad::eNotOpenForWrite;
+    // Children that cannot be followed would leave the field showing a
+    // text without them: it fails, its children as they are.
+    if (std::optional<std::wstring> fault = FieldStructureFault(field)) {
+        ++found;
+        return Fail(field.impl(), AcDbField::kOtherError, *fault);
+    }
+    return EvaluateTree(field, context, database, found, evaluated);
+}
+
+Acad::ErrorStatus EvaluateTree(AcDbField& field, int context, AcDbDatabase* database, int& found, int& evaluated) {
     AcDbField::Impl& m = field.impl();
     ++found;
     for (const auto& child : m.children) {
         ChildAccess access(child, AcDb::kForWrite);
-        if (access.get()) EvaluateField(*access.get(), context, database, found, evaluated);
+        if (access.get()) EvaluateTree(*access.get(), context, database, found, evaluated);
     }
     if (context <= 0 || (context & ~kKnownContexts))
         return Fail(m, AcDbField::kInvalidContext, L"The evaluation context is not one the host knows.");
     if (!(context & AcDbField::kPreview) && !(context & m.option)) return Acad::eOk;
 
-    if (m.unreadable) return Fail(m, AcDbField::kSyntaxError, L"The field code cannot be read.");
+    if (m.unreadable) {
+        std::wstring why = m.unreadableReason.empty() ? L"" : L": " + m.unreadableReason;
+        return Fail(m, AcDbField::kSyntaxError, L"The field code cannot be read" + why + L".");
+    }
     if (!m.hasCode) return Fail(m, AcDbField::kInvalidCode, L"The field has no code.");
     AcFdFieldEngine* engine = acdbGetFieldEngine();
     const ACHAR* id = m.evaluatorId.c_str();

@@ -23,8 +23,10 @@ struct AcDbField::Impl {
     bool formatOption = false;  // an empty \f "" is written back as given
     bool hasCode = false;
     bool textField = false;
-    // A code kept as it came (from a file) that does not read as a code.
+    // A code kept as it came (from a file) that does not read as a code,
+    // and why.
     bool unreadable = false;
+    std::wstring unreadableReason;
     std::vector<Child> children;
 
     AcDbField::EvalStatus status = AcDbField::kNotYetEvaluated;

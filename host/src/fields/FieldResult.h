@@ -22,7 +22,16 @@ public:
 };
 
 // Evaluates the field's children, then the field, in the context; counts
-// the fields met and those handed to an evaluator.
+// the fields met and those handed to an evaluator. A field whose children
+// cannot be followed fails with the reason, and nothing below it changes.
 Acad::ErrorStatus EvaluateField(AcDbField& field, int context, AcDbDatabase* database, int& found, int& evaluated);
+// The same without looking at the children's structure first.
+Acad::ErrorStatus EvaluateTree(AcDbField& field, int context, AcDbDatabase* database, int& found, int& evaluated);
+
+// Why the fields below a field cannot be followed: a child that names
+// nothing, that is no field or was erased, or children that form a cycle.
+// Nothing when they can. The field itself may be open; its children must
+// not be open for write.
+std::optional<std::wstring> FieldStructureFault(const AcDbField& field);
 
 }  // namespace cadhost

@@ -7,9 +7,12 @@
 #include <dbmtext.h>
 #include <dbsymtb.h>
 
+#include <optional>
 #include <unordered_map>
 
 #include "db/DatabaseImpl.h"
+#include "fields/FieldCodeText.h"
+#include "fields/FieldResult.h"
 
 namespace cadhost {
 namespace {
@@ -27,7 +30,7 @@ struct Seen {
 void Collect(AcDbObjectId id, int context, std::vector<AcDbObjectId>& order,
              std::unordered_map<AcDbStub*, Seen>& seen, int depth) {
     AcDbField* field = nullptr;
-    if (depth > 64 || acdbOpenObject(field, id, AcDb::kForRead) != Acad::eOk) return;
+    if (depth > kMaxFieldNesting || acdbOpenObject(field, id, AcDb::kForRead) != Acad::eOk) return;
     int children = field->childCount();
     std::vector<AcDbObjectId> ids;
     for (int i = 0; i < children; ++i) {
@@ -84,6 +87,20 @@ std::vector<std::pair<std::wstring, AcDbObjectId>> FieldsOf(AcDbObjectId entityI
     }
     fields->close();
     return out;
+}
+
+std::wstring CodeOf(const AcDbField& field) {
+    return field.getFieldCode(AcDbField::FieldCodeFlag(AcDbField::kFieldCode | AcDbField::kAddMarkers));
+}
+
+// A field that did not evaluate successfully goes on the report's list.
+void ListFailure(const AcDbField& field, AcDbObjectId textId, FieldUpdateReport& report) {
+    int errorCode = 0;
+    ACHAR* message = nullptr;
+    AcDbField::EvalStatus status = field.evaluationStatus(&errorCode, &message);
+    if (status != AcDbField::kSuccess)
+        report.failed.push_back(FieldFailure{textId, field.objectId(), CodeOf(field), status, message ? message : L""});
+    acutDelBuffer(message);
 }
 
 void ShowInText(AcDbObjectId textId, const std::wstring& value, FieldUpdateReport& report) {
@@ -146,6 +163,11 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
             // The field itself counts when it is not a text of fields.
             AcDbField* top = nullptr;
             if (acdbOpenObject(top, topId, AcDb::kForRead) != Acad::eOk) continue;
+            if (std::optional<std::wstring> fault = FieldStructureFault(*top)) {
+                report.notEvaluated.push_back(FieldFailure{textId, topId, CodeOf(*top), AcDbField::kOtherError, *fault});
+                top->close();
+                continue;
+            }
             bool topIsText = top->isTextField();
             if (!topIsText) {
                 before[topId.stub()] = Seen{top->getValue(), (top->evaluationOption() & context) != 0};
@@ -166,9 +188,7 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
                 if (!field->isTextField() && (!engine || !engine->findEvaluator(field, evaluatorId))) {
                     sittingOut.emplace_back(id, field->evaluationOption());
                     field->setEvaluationOption(AcDbField::kDisable);
-                    report.skipped.push_back(FieldFailure{textId, id,
-                                                          field->getFieldCode(AcDbField::kFieldCode | AcDbField::kAddMarkers),
-                                                          AcDbField::kEvaluatorNotFound,
+                    report.skipped.push_back(FieldFailure{textId, id, CodeOf(*field), AcDbField::kEvaluatorNotFound,
                                                           L"No evaluator is registered for \"" +
                                                               std::wstring(field->evaluatorId()) + L"\"."});
                     was.wanted = false;
@@ -183,6 +203,9 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
                 top->evaluate(context, &database);
                 value = top->getValue();
                 shows = wanted && top->evaluationStatus() == AcDbField::kSuccess;
+                // A text of fields that fails (a code that cannot be read)
+                // is listed, though it is not counted among the evaluated.
+                if (wanted && topIsText) ListFailure(*top, textId, report);
                 top->close();
             }
             for (const auto& [id, option] : sittingOut) {
@@ -197,21 +220,11 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
                 if (!was.wanted) continue;
                 AcDbField* field = nullptr;
                 if (acdbOpenObject(field, id, AcDb::kForRead) != Acad::eOk) continue;
-                if (field->isTextField()) {
-                    field->close();
-                    continue;
+                if (!field->isTextField()) {
+                    ++report.evaluated;
+                    if (was.value != field->getValue()) ++report.changed;
                 }
-                ++report.evaluated;
-                if (was.value != field->getValue()) ++report.changed;
-                int errorCode = 0;
-                ACHAR* message = nullptr;
-                AcDbField::EvalStatus status = field->evaluationStatus(&errorCode, &message);
-                if (status != AcDbField::kSuccess) {
-                    report.failed.push_back(FieldFailure{textId, id,
-                                                         field->getFieldCode(AcDbField::kFieldCode | AcDbField::kAddMarkers),
-                                                         status, message ? message : L""});
-                }
-                acutDelBuffer(message);
+                ListFailure(*field, textId, report);
                 field->close();
             }
             if (shows && property == kTextProperty) ShowInText(textId, value, report);

@@ -28,6 +28,9 @@ struct FieldUpdateReport {
     std::vector<FieldFailure> failed;
     // Fields whose evaluator is not registered: they keep their value.
     std::vector<FieldFailure> skipped;
+    // Fields whose children cannot be followed (a child that names nothing,
+    // a cycle): not evaluated, kept as they are with their text.
+    std::vector<FieldFailure> notEvaluated;
 };
 
 FieldUpdateReport UpdateFields(AcDbDatabase& database, int context = AcDbField::kRegen);

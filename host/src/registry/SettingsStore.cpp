@@ -2,9 +2,11 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <cwctype>
+#include <thread>
 
 #include "core/Utf8.h"
 
@@ -44,6 +46,16 @@ private:
     sqlite3_stmt* m_stmt = nullptr;
 };
 
+// How long one write waits for another process's write before it is tried
+// again, and how often it is tried.
+constexpr int kBusyTimeoutMs = 5000;
+constexpr int kWriteAttempts = 12;
+
+bool Busy(int code) {
+    int primary = code & 0xFF;
+    return primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
+}
+
 std::vector<std::wstring> SplitPath(const std::wstring& path) {
     std::vector<std::wstring> parts;
     std::wstring part;
@@ -61,42 +73,83 @@ std::vector<std::wstring> SplitPath(const std::wstring& path) {
 
 }  // namespace
 
-Hive::Hive(std::filesystem::path file) : m_file(std::move(file)) {}
+Hive::Hive(std::filesystem::path file, SettingsReport report) : m_file(std::move(file)), m_report(std::move(report)) {}
 
 Hive::~Hive() {
     if (m_db) sqlite3_close(m_db);
+}
+
+void Hive::Report(const std::wstring& message) {
+    m_problem = message;
+    if (m_report) m_report(message);
 }
 
 bool Hive::Ready() {
     if (m_db) return true;
     if (m_tried) return false;
     m_tried = true;
+    std::wstring file = FromUtf8(m_file.string());
+    auto unusable = [&](const std::wstring& why) {
+        if (m_db) sqlite3_close(m_db);
+        m_db = nullptr;
+        Report(L"The settings store " + file + L" cannot be used (" + why +
+               L"); settings keep their defaults in this session.");
+        return false;
+    };
     std::error_code ec;
     std::filesystem::create_directories(m_file.parent_path(), ec);
-    if (sqlite3_open_v2(m_file.c_str(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
-        m_problem = L"cannot open " + FromUtf8(m_file.string()) + L": " + FromUtf8(sqlite3_errmsg(m_db));
-        sqlite3_close(m_db);
-        m_db = nullptr;
+    if (ec) {
+        Report(L"The settings folder " + FromUtf8(m_file.parent_path().string()) + L" cannot be used (" +
+               FromUtf8(ec.message()) + L"); settings keep their defaults in this session.");
         return false;
     }
-    sqlite3_busy_timeout(m_db, 2000);
+    if (sqlite3_open_v2(m_file.c_str(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK)
+        return unusable(FromUtf8(m_db ? sqlite3_errmsg(m_db) : "out of memory"));
+    sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
+    // Readers never wait for a writer, and writers only for each other. A
+    // commit is safe from a killed process at once, and on the disk at the
+    // log's next checkpoint.
+    char* error = nullptr;
+    if (sqlite3_exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL", nullptr, nullptr, &error) !=
+        SQLITE_OK) {
+        std::wstring why = FromUtf8(error ? error : sqlite3_errmsg(m_db));
+        sqlite3_free(error);
+        return unusable(why);
+    }
     const char* schema =
         "CREATE TABLE IF NOT EXISTS keys(id INTEGER PRIMARY KEY, parent INTEGER NOT NULL, name TEXT NOT NULL,"
         " folded TEXT NOT NULL, UNIQUE(parent, folded));"
         "CREATE TABLE IF NOT EXISTS vals(key INTEGER NOT NULL, name TEXT NOT NULL, folded TEXT NOT NULL,"
-        " type INTEGER NOT NULL, data BLOB, PRIMARY KEY(key, folded));";
-    char* error = nullptr;
-    // Like the platform's hives, each starts with its software branch.
-    const char* software = "INSERT OR IGNORE INTO keys(parent, name, folded) VALUES(0, 'Software', 'software');";
-    if (sqlite3_exec(m_db, schema, nullptr, nullptr, &error) != SQLITE_OK ||
-        sqlite3_exec(m_db, software, nullptr, nullptr, &error) != SQLITE_OK) {
-        m_problem = L"cannot use " + FromUtf8(m_file.string()) + L": " + FromUtf8(error ? error : "unknown error");
-        sqlite3_free(error);
-        sqlite3_close(m_db);
-        m_db = nullptr;
-        return false;
-    }
+        " type INTEGER NOT NULL, data BLOB, PRIMARY KEY(key, folded));"
+        // Like the platform's hives, each starts with its software branch.
+        "INSERT OR IGNORE INTO keys(parent, name, folded) VALUES(0, 'Software', 'software');";
+    bool made = Write([this, schema] { return sqlite3_exec(m_db, schema, nullptr, nullptr, nullptr) == SQLITE_OK; });
+    if (!made) return unusable(m_problem);
+    m_problem.clear();
     return true;
+}
+
+bool Hive::Write(const std::function<bool()>& body) {
+    int code = SQLITE_OK;
+    for (int attempt = 0; attempt < kWriteAttempts; ++attempt) {
+        if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+        code = sqlite3_exec(m_db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+        if (code != SQLITE_OK) {
+            code = sqlite3_extended_errcode(m_db);
+            if (Busy(code)) continue;
+            break;
+        }
+        bool done = body();
+        if (done) {
+            code = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr);
+            if (code == SQLITE_OK) return true;
+        }
+        code = sqlite3_extended_errcode(m_db);
+        sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        if (!Busy(code)) break;
+    }
+    m_problem = FromUtf8(sqlite3_errstr(code));
+    return false;
 }
 
 std::optional<long long> Hive::Child(long long parent, const std::wstring& name, bool create, bool* created) {
@@ -115,11 +168,27 @@ std::optional<long long> Hive::Child(long long parent, const std::wstring& name,
 std::optional<long long> Hive::Key(long long parent, const std::wstring& path, bool create, bool* created) {
     if (created) *created = false;
     if (!Ready()) return std::nullopt;
-    long long key = parent;
-    for (const std::wstring& part : SplitPath(path)) {
-        std::optional<long long> child = Child(key, part, create, created);
-        if (!child) return std::nullopt;
-        key = *child;
+    std::vector<std::wstring> parts = SplitPath(path);
+    auto walk = [&](bool make) -> std::optional<long long> {
+        long long key = parent;
+        for (const std::wstring& part : parts) {
+            std::optional<long long> child = Child(key, part, make, created);
+            if (!child) return std::nullopt;
+            key = *child;
+        }
+        return key;
+    };
+    // Keys that may be missing are looked up and made in one write, so that
+    // two processes making the same key make it once.
+    std::optional<long long> key = walk(false);
+    if (key || !create) return key;
+    if (!Write([&] {
+            if (created) *created = false;
+            key = walk(true);
+            return key.has_value();
+        })) {
+        Report(L"A setting could not be stored in " + FromUtf8(m_file.string()) + L" (" + m_problem + L").");
+        return std::nullopt;
     }
     return key;
 }
@@ -130,21 +199,23 @@ bool Hive::DeleteKey(long long parent, const std::wstring& path, LONG& error) {
         error = ERROR_FILE_NOT_FOUND;
         return false;
     }
-    Statement children(m_db, "SELECT 1 FROM keys WHERE parent=?1 LIMIT 1");
-    children.Bind(1, *key);
-    if (children.Step() == SQLITE_ROW) {  // as the platform: only a key without subkeys goes
-        error = ERROR_ACCESS_DENIED;
-        return false;
-    }
-    Statement values(m_db, "DELETE FROM vals WHERE key=?1");
-    values.Bind(1, *key).Step();
-    Statement remove(m_db, "DELETE FROM keys WHERE id=?1");
-    if (remove.Bind(1, *key).Step() != SQLITE_DONE) {
-        error = ERROR_ACCESS_DENIED;
-        return false;
-    }
     error = ERROR_SUCCESS;
-    return true;
+    bool removed = Write([&] {
+        Statement children(m_db, "SELECT 1 FROM keys WHERE parent=?1 LIMIT 1");
+        children.Bind(1, *key);
+        int step = children.Step();
+        if (step == SQLITE_ROW) {  // as the platform: only a key without subkeys goes
+            error = ERROR_ACCESS_DENIED;
+            return true;
+        }
+        if (step != SQLITE_DONE) return false;
+        Statement values(m_db, "DELETE FROM vals WHERE key=?1");
+        if (values.Bind(1, *key).Step() != SQLITE_DONE) return false;
+        Statement remove(m_db, "DELETE FROM keys WHERE id=?1");
+        return remove.Bind(1, *key).Step() == SQLITE_DONE;
+    });
+    if (!removed) error = ERROR_ACCESS_DENIED;
+    return removed && error == ERROR_SUCCESS;
 }
 
 std::optional<Hive::Value> Hive::Get(long long key, const std::wstring& name) {
@@ -172,30 +243,44 @@ std::optional<Hive::Value> Hive::Get(long long key, const std::wstring& name) {
 
 bool Hive::Set(long long key, const std::wstring& name, DWORD type, const BYTE* data, DWORD size) {
     if (!Ready()) return false;
-    Statement put(m_db, "INSERT OR REPLACE INTO vals(key, name, folded, type, data) VALUES(?1, ?2, ?3, ?4, ?5)");
-    put.Bind(1, key).Bind(2, ToUtf8(name)).Bind(3, Folded(name)).Bind(4, static_cast<long long>(type));
+    std::string folded = Folded(name), utf8 = ToUtf8(name);
+    std::optional<long long> number;
+    std::string text;
     if (type == REG_SZ || type == REG_EXPAND_SZ) {
         size_t count = data ? size / sizeof(WCHAR) : 0;
-        const auto* text = reinterpret_cast<const WCHAR*>(data);
+        const auto* wide = reinterpret_cast<const WCHAR*>(data);
         size_t length = 0;
-        while (length < count && text[length] != L'\0') ++length;
-        put.Bind(5, ToUtf8(std::wstring_view(text ? text : L"", length)));
+        while (length < count && wide[length] != L'\0') ++length;
+        text = ToUtf8(std::wstring_view(wide ? wide : L"", length));
     } else if (type == REG_DWORD) {
         if (!data || size != sizeof(DWORD)) return false;
-        DWORD number;
-        std::memcpy(&number, data, sizeof number);
-        put.Bind(5, static_cast<long long>(number));
-    } else {
-        put.BindBlob(5, data, data ? size : 0);
+        DWORD value;
+        std::memcpy(&value, data, sizeof value);
+        number = static_cast<long long>(value);
     }
-    return put.Step() == SQLITE_DONE;
+    bool stored = Write([&] {
+        Statement put(m_db, "INSERT OR REPLACE INTO vals(key, name, folded, type, data) VALUES(?1, ?2, ?3, ?4, ?5)");
+        put.Bind(1, key).Bind(2, utf8).Bind(3, folded).Bind(4, static_cast<long long>(type));
+        if (type == REG_SZ || type == REG_EXPAND_SZ) put.Bind(5, text);
+        else if (number) put.Bind(5, *number);
+        else put.BindBlob(5, data, data ? size : 0);
+        return put.Step() == SQLITE_DONE;
+    });
+    if (!stored) Report(L"A setting could not be stored in " + FromUtf8(m_file.string()) + L" (" + m_problem + L").");
+    return stored;
 }
 
 bool Hive::Delete(long long key, const std::wstring& name) {
     if (!Ready()) return false;
-    Statement remove(m_db, "DELETE FROM vals WHERE key=?1 AND folded=?2");
-    remove.Bind(1, key).Bind(2, Folded(name));
-    return remove.Step() == SQLITE_DONE && sqlite3_changes(m_db) > 0;
+    bool removed = false;
+    bool written = Write([&] {
+        Statement remove(m_db, "DELETE FROM vals WHERE key=?1 AND folded=?2");
+        remove.Bind(1, key).Bind(2, Folded(name));
+        if (remove.Step() != SQLITE_DONE) return false;
+        removed = sqlite3_changes(m_db) > 0;
+        return true;
+    });
+    return written && removed;
 }
 
 struct SettingsStore::OpenKey {
@@ -203,12 +288,20 @@ struct SettingsStore::OpenKey {
     long long key;
 };
 
-SettingsStore::SettingsStore(std::filesystem::path folder)
-    : m_folder(std::move(folder)),
-      m_user(std::make_unique<Hive>(m_folder / "user.db")),
-      m_machine(std::make_unique<Hive>(m_folder / "machine.db")) {}
+SettingsStore::SettingsStore(std::filesystem::path folder, SettingsReport report)
+    : m_folder(std::move(folder)), m_report(std::move(report)) {
+    auto told = [this](const std::wstring& message) { Report(message); };
+    m_user = std::make_unique<Hive>(m_folder / "user.db", told);
+    m_machine = std::make_unique<Hive>(m_folder / "machine.db", told);
+}
 
 SettingsStore::~SettingsStore() = default;
+
+void SettingsStore::Report(const std::wstring& message) {
+    if (m_reported) return;
+    m_reported = true;
+    if (m_report) m_report(message);
+}
 
 Hive* SettingsStore::HiveOf(HKEY predefined) {
     if (predefined == HKEY_CURRENT_USER) return m_user.get();

@@ -1,11 +1,18 @@
 // The settings registry: one SQLite file per hive (the user's and the
 // machine's), each a tree of keys with named integer, string and binary
 // values. Key and value names compare without regard to case.
+//
+// Several hosts may use one store at once: the files are kept in
+// write-ahead logging, and a write waits for another process's write to end
+// (and is tried again from its start while the file stays busy), so that
+// no value is lost. A store that cannot be used at all says so once, through
+// the report function, and every read gives its default from then on.
 #pragma once
 
 #include <winreg.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,9 +22,12 @@ struct sqlite3;
 
 namespace cadhost {
 
+// Told of what the user should know about the store: why it cannot be used.
+using SettingsReport = std::function<void(const std::wstring& message)>;
+
 class Hive {
 public:
-    explicit Hive(std::filesystem::path file);
+    explicit Hive(std::filesystem::path file, SettingsReport report = {});
     ~Hive();
     Hive(const Hive&) = delete;
     Hive& operator=(const Hive&) = delete;
@@ -36,14 +46,24 @@ public:
     bool Set(long long key, const std::wstring& name, DWORD type, const BYTE* data, DWORD size);
     bool Delete(long long key, const std::wstring& name);
 
-    // Why the file cannot be used, or empty.
+    // Whether the file can be used (opening it on first use).
+    bool Usable() { return Ready(); }
+    // Why the file cannot be used, or why the last write failed, as a
+    // sentence for the user; empty when nothing went wrong.
     const std::wstring& Problem() const { return m_problem; }
+    const std::filesystem::path& File() const { return m_file; }
 
 private:
     bool Ready();
+    // Runs body in one write transaction, begun at once so that writers
+    // queue; tried again from its start while another process keeps the
+    // file busy. Answers whether it was committed.
+    bool Write(const std::function<bool()>& body);
+    void Report(const std::wstring& message);
     std::optional<long long> Child(long long parent, const std::wstring& name, bool create, bool* created);
 
     std::filesystem::path m_file;
+    SettingsReport m_report;
     sqlite3* m_db = nullptr;
     bool m_tried = false;
     std::wstring m_problem;
@@ -51,7 +71,8 @@ private:
 
 class SettingsStore {
 public:
-    explicit SettingsStore(std::filesystem::path folder);
+    // report hears once of the first problem of either hive.
+    explicit SettingsStore(std::filesystem::path folder, SettingsReport report = {});
     ~SettingsStore();
 
     // HKEY_CURRENT_USER or HKEY_LOCAL_MACHINE; null for any other.
@@ -68,7 +89,11 @@ public:
 
 private:
     struct OpenKey;
+    void Report(const std::wstring& message);
+
     std::filesystem::path m_folder;
+    SettingsReport m_report;
+    bool m_reported = false;
     std::unique_ptr<Hive> m_user, m_machine;
     std::vector<std::unique_ptr<OpenKey>> m_open;
 };

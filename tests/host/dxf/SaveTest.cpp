@@ -283,7 +283,9 @@ TEST_F(SaveTest, TextsKeepTheirCharactersInEveryRelease) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.fixture);
         std::wstring error;
-        if (*c.fixture) ASSERT_TRUE(host().OpenDrawing(qmtest::FixturePath(c.fixture), error));
+        if (*c.fixture) {
+            ASSERT_TRUE(host().OpenDrawing(qmtest::FixturePath(c.fixture), error));
+        }
         else host().NewDrawing();
         AcDbObjectId id = Append(db()->modelSpaceId(), new AcDbText(AcGePoint3d::kOrigin, text, AcDbObjectId::kNull, 1));
         AcDbHandle handle = id.handle();

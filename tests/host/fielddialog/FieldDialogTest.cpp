@@ -15,8 +15,6 @@
 
 namespace {
 
-std::string Narrow(const CString& text) { return text.ToUtf8(); }
-
 class TestHook;
 
 // A page from the test resources' child template 501.

@@ -127,7 +127,9 @@ TEST_F(DataExchange, NumbersReadAsTheRuntimeReadsThemButFiniteOnly) {
     for (const Case& c : cases) {
         double value = -1;
         EXPECT_EQ(Read(c.text, value), c.ok) << testing::PrintToString(std::wstring(c.text));
-        if (c.ok) EXPECT_EQ(value, c.value);
+        if (c.ok) {
+            EXPECT_EQ(value, c.value);
+        }
         else EXPECT_EQ(LastBox(), L"Please enter a number.");
     }
 }

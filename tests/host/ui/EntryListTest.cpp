@@ -37,7 +37,9 @@ TEST(EntryList, InsertionsAndRemovalsAnywhereKeepTheOrderOfAnArray) {
             list.insert(at, entry);
             expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(at), entry.text);
         }
-        if (step % 500 == 0) ASSERT_EQ(Texts(list), expected) << step;
+        if (step % 500 == 0) {
+            ASSERT_EQ(Texts(list), expected) << step;
+        }
     }
     EXPECT_EQ(Texts(list), expected);
     size_t visited = 0;

@@ -106,15 +106,18 @@ TEST(QuillmarkTemplates, ControlsHaveTheirIdsKindsCaptionsPlacesAndStyles) {
         }
         ASSERT_NE(control, nullptr) << row.page << "/" << row.id;
         EXPECT_EQ(control->className, row.className) << row.page << "/" << row.id;
-        if (row.caption) EXPECT_EQ(control->text, row.caption) << row.page << "/" << row.id;
+        if (row.caption) {
+            EXPECT_EQ(control->text, row.caption) << row.page << "/" << row.id;
+        }
         EXPECT_EQ(control->x, row.x) << row.page << "/" << row.id;
         EXPECT_EQ(control->y, row.y) << row.page << "/" << row.id;
         EXPECT_EQ(control->cx, row.cx) << row.page << "/" << row.id;
         EXPECT_EQ(control->cy, row.cy) << row.page << "/" << row.id;
         EXPECT_EQ(control->style & row.required, row.required) << row.page << "/" << row.id;
         EXPECT_EQ(control->style & row.refused, 0u) << row.page << "/" << row.id;
-        if (row.className == std::wstring(L"ComboBox"))
+        if (row.className == std::wstring(L"ComboBox")) {
             EXPECT_EQ(control->style & 0x3, static_cast<DWORD>(CBS_DROPDOWNLIST)) << row.page << "/" << row.id;
+        }
     }
     // The static texts of the Objects Area page, in their places.
     const DialogTemplate* area = script->FindDialog(ResourceName::Number(104));
