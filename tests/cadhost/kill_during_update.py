@@ -25,8 +25,8 @@ LINES = 80000
 
 def make_drawing(fixture, path):
     text = open(fixture, encoding="utf-8").read()
-    seed = re.search(r"\$HANDSEED\n  5\n([0-9A-Fa-f]+)\n", text)
-    first = int(seed.group(1), 16)
+    next_handle = re.search(r"\$HANDSEED\n  5\n([0-9A-Fa-f]+)\n", text)
+    first = int(next_handle.group(1), 16)
     lines = []
     for i in range(LINES):
         handle = "%X" % (first + i)
@@ -35,7 +35,7 @@ def make_drawing(fixture, path):
     marker = "  2\nENTITIES\n"
     at = text.index(marker) + len(marker)
     text = text[:at] + "".join(lines) + text[at:]
-    text = text.replace(seed.group(0), "$HANDSEED\n  5\n%X\n" % (first + LINES))
+    text = text.replace(next_handle.group(0), "$HANDSEED\n  5\n%X\n" % (first + LINES))
     with open(path, "w", encoding="utf-8") as out:
         out.write(text)
 
