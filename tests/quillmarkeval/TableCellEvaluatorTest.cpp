@@ -130,6 +130,23 @@ TEST_F(TableCellEvaluatorTest, ACellGivesItsTextWithoutFormattingAndKeepsItsRefe
     }
 }
 
+TEST_F(TableCellEvaluatorTest, TheReferenceIsKeptAsItStandsInTheCode) {
+    std::wstring handle = AddTable();
+    // Blanks around the reference are read past, and kept in the data item.
+    const std::wstring references[] = {L"  Table(<" + handle + L">).$A$1", L"Table(<" + handle + L">).$A$1 \t",
+                                       L" Table(<" + handle + L">).$a$1  "};
+    for (const std::wstring& reference : references) {
+        AcDbField field(Code(reference).c_str());
+        ASSERT_EQ(field.evaluate(AcDbField::kPreview, db()), Acad::eOk) << cadhost::ToUtf8(reference);
+        EXPECT_STREQ(field.getValue(), L"Title");
+        AcFdFieldValue data;
+        ASSERT_EQ(field.getData(L"TableCell Data", &data), Acad::eOk);
+        const ACHAR* text = nullptr;
+        ASSERT_TRUE(data.get(text));
+        EXPECT_EQ(std::wstring(text), reference);
+    }
+}
+
 TEST_F(TableCellEvaluatorTest, TheFieldsOwnDatabaseServesWhenNoneIsGiven) {
     std::wstring handle = AddTable();
     auto* field = new AcDbField(Code(L"Table(<" + handle + L">).$A$1").c_str());
