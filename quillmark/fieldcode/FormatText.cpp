@@ -133,8 +133,8 @@ void ReadAdditionalFormat(const CString& format, AdditionalFormat& additional) {
     ParsePrefixSuffix(format, additional.m_prefix, additional.m_suffix);
     CString capture;
     if (ReadCapture(format, L"%ct8\\[{.*}\\]", capture)) {
-        // A factor that is no finite number ("nan", "1e400") is not taken:
-        // it would go into every code composed from now on.
+        // A factor beyond the doubles ("1e400") is not taken: it would go
+        // into every code composed from now on as "inf".
         double factor = _wtof(capture);
         if (std::isfinite(factor)) additional.m_factor = factor;
     }

@@ -72,7 +72,7 @@ struct MeasureFormatState {
 
 // Reads units, precision, prefix and suffix, factor and zero suppression,
 // in that order. A directive that the text lacks leaves its part of state
-// alone, as does a factor that is no finite number, except that a text
+// alone, as does a factor beyond the doubles, except that a text
 // without "%ps[" empties prefix and suffix; the
 // page applies units before precision, since the units choice rebuilds the
 // precision list.
