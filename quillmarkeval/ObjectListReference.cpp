@@ -28,9 +28,13 @@ CString Quoted(const ACHAR* text, int length) {
 }  // namespace
 
 int ReadObjectList(const CString& text, std::vector<ObjectListHandle>& handles, CString& why) {
+    return ReadObjectList(text, text.GetLength(), handles, why);
+}
+
+int ReadObjectList(const ACHAR* all, int length, std::vector<ObjectListHandle>& handles, CString& why) {
     handles.clear();
-    const ACHAR* all = text;
-    int begin = 0, end = text.GetLength();
+    if (!all) length = 0;
+    int begin = 0, end = length;
     while (begin < end && IsBlank(all[begin])) ++begin;
     while (end > begin && IsBlank(all[end - 1])) --end;
 
@@ -85,13 +89,17 @@ int ReadObjectList(const CString& text, std::vector<ObjectListHandle>& handles, 
 }
 
 CString ObjectListDataText(const CString& text, const std::vector<ObjectListHandle>& handles) {
+    return ObjectListDataText(static_cast<const ACHAR*>(text), handles);
+}
+
+CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
     // The handles stand in the text one after another, each ";" between
     // two of them, so the list between the brackets is kept as one piece.
-    CString data(L"Object(<");
+    std::wstring data = L"Object(<";
     if (!handles.empty()) {
         int first = handles.front().start;
-        data += text.Mid(first, handles.back().start + handles.back().length - first);
+        data.append(text + first, static_cast<size_t>(handles.back().start + handles.back().length - first));
     }
     data += L">)";
-    return data;
+    return CString(std::move(data));
 }

@@ -18,8 +18,10 @@ struct ObjectListHandle {
 // case. An empty list, "Object(<>)", is a list. Answers 1 and fills handles
 // in the order of the text, or answers 0 with handles emptied and why
 // naming the first fault.
+int ReadObjectList(const ACHAR* text, int length, std::vector<ObjectListHandle>& handles, CString& why);
 int ReadObjectList(const CString& text, std::vector<ObjectListHandle>& handles, CString& why);
 
 // The list's text as the evaluators keep it in their data item: the word
 // written "Object", the handles as the text gave them.
+CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles);
 CString ObjectListDataText(const CString& text, const std::vector<ObjectListHandle>& handles);

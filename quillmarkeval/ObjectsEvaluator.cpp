@@ -1,10 +1,10 @@
 #include "ObjectsEvaluator.h"
 
+#include <cwchar>
 #include <vector>
 
 #include "EvaluatorIds.h"
 #include "ObjectListReference.h"
-#include "TableCellEvaluator.h"
 
 const ObjectsMeasure kAreaMeasure = {QM_EVAL_AREA, QM_AREA_DATA, L"a circle or a polyline",
                                      L"the areas of circles and polylines", &MeasureArea};
@@ -16,20 +16,23 @@ namespace {
 // An object list in a message is cut to this many characters.
 const int kQuotedListLength = 60;
 
-CString QuotedList(const CString& text) {
-    CString shown = text;
-    shown.Trim();
-    if (shown.GetLength() > kQuotedListLength) shown = shown.Left(kQuotedListLength) + L"...";
-    return shown;
+bool IsBlank(ACHAR c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
+
+CString QuotedList(const ACHAR* text, int length) {
+    int begin = 0, end = length;
+    while (begin < end && IsBlank(text[begin])) ++begin;
+    while (end > begin && IsBlank(text[end - 1])) --end;
+    if (end - begin <= kQuotedListLength) return CString(text + begin, end - begin);
+    return CString(text + begin, kQuotedListLength) + L"...";
 }
 
 // Why the object of one listed handle cannot be measured; empty when it
 // was, with its measure in value.
 CString MeasureOne(const ObjectsMeasure& measure, AcDbDatabase* database, const ObjectListHandle& listed,
-                   const CString& listText, double& value) {
+                   const ACHAR* listText, double& value) {
     CString why;
     // The handle as the code wrote it, made only for a message.
-    auto handleText = [&] { return listText.Mid(listed.start, listed.length); };
+    auto handleText = [&] { return CString(listText + listed.start, listed.length); };
     AcDbObjectId id;
     if (database->getAcDbObjectId(id, false, listed.handle) != Acad::eOk) {
         why.Format(L"No object has the handle %s in the drawing.", (const ACHAR*)handleText());
@@ -66,12 +69,12 @@ Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& messa
 
 }  // namespace
 
-int SumObjectList(const ObjectsMeasure& measure, const CString& listText, AcDbDatabase* database, double& sum,
-                  CString& data, CString& why) {
+int SumObjectList(const ObjectsMeasure& measure, const ACHAR* listText, int length, AcDbDatabase* database,
+                  double& sum, CString& data, CString& why) {
     std::vector<ObjectListHandle> handles;
     CString fault;
-    if (!ReadObjectList(listText, handles, fault)) {
-        why.Format(L"The object list \"%s\" cannot be read: %s.", (const ACHAR*)QuotedList(listText),
+    if (!ReadObjectList(listText, length, handles, fault)) {
+        why.Format(L"The object list \"%s\" cannot be read: %s.", (const ACHAR*)QuotedList(listText, length),
                    (const ACHAR*)fault);
         return AcDbField::kSyntaxError;
     }
@@ -104,9 +107,15 @@ Acad::ErrorStatus AsdkObjectsEvaluator::evaluate(AcDbField* field, int, AcDbData
                                                  AcFdFieldResult* result) {
     if (!field || !result) return Acad::eNullObjectPointer;
     if (!database) database = field->database();
+    // The arguments are read where the field keeps its code: a list of a
+    // hundred thousand handles is not copied to be read.
+    const ACHAR* code = field->getFieldCode(AcDbField::kFieldCode | AcDbField::kStripOptions);
+    const ACHAR* arguments = code ? wcspbrk(code, L" \t\r\n") : nullptr;
+    arguments = arguments ? arguments + 1 : L"";
     double sum = 0;
     CString data, why;
-    int status = SumObjectList(m_measure, GetFieldArguments(field), database, sum, data, why);
+    int status =
+        SumObjectList(m_measure, arguments, static_cast<int>(wcslen(arguments)), database, sum, data, why);
     if (status != AcDbField::kSuccess) return Fail(result, status, why);
 
     AcFdFieldValue item((const ACHAR*)data);

@@ -50,8 +50,9 @@ public:
     AsdkLengthEvaluator() : AsdkObjectsEvaluator(kLengthMeasure) {}
 };
 
-// Sums the measure over the objects of an object list text in a database.
-// Answers a status of AcDbField: kSuccess with sum and data (the data
-// item's text) filled, or kSyntaxError or kInvalidCode with why.
-int SumObjectList(const ObjectsMeasure& measure, const CString& listText, AcDbDatabase* database, double& sum,
-                  CString& data, CString& why);
+// Sums the measure over the objects of an object list text (of length
+// characters) in a database. Answers a status of AcDbField: kSuccess with
+// sum and data (the data item's text) filled, or kSyntaxError or
+// kInvalidCode with why.
+int SumObjectList(const ObjectsMeasure& measure, const ACHAR* listText, int length, AcDbDatabase* database,
+                  double& sum, CString& data, CString& why);

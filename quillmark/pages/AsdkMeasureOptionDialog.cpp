@@ -6,6 +6,8 @@
 #include <dbfield.h>
 #include <dbpl.h>
 
+#include <vector>
+
 #include "fieldcode/FieldCodeForms.h"
 #include "fieldcode/FieldCodeReading.h"
 #include "pages/CAdditionalFormatDialog.h"
@@ -39,6 +41,8 @@ const int kHighestPrecision = 8;
 const short kDimzinShowZeros = 1;
 
 const ACHAR kCurrentPrecisionCaption[] = L"Current precision";
+// A handle's text: up to 16 hexadecimal digits and the end zero.
+const int kHandleTextLength = 17;
 // acdbRToS writes at most this many characters with the end zero.
 const int kNumberTextLength = 256;
 
@@ -153,11 +157,20 @@ CString AsdkMeasureOptionDialog::GetFormat() {
 }
 
 CString AsdkMeasureOptionDialog::GetFieldCode() {
-    CStringArray handles;
+    // The handles joined in list order, through one buffer: the list may
+    // hold a hundred thousand of them.
+    CString handleList;
+    std::vector<ACHAR> text(kHandleTextLength);
     int count = m_objectList.m_hWnd ? m_objectList.GetCount() : 0;
-    handles.SetSize(count > 0 ? count : 0);
-    for (int i = 0; i < count; ++i) m_objectList.GetText(i, handles[i]);
-    return ComposeObjectsFieldCode(m_kind.evaluatorId, handles, GetFormat());
+    for (int i = 0; i < count; ++i) {
+        int length = m_objectList.GetTextLen(i);
+        if (length < 0) continue;
+        if (static_cast<size_t>(length) >= text.size()) text.resize(static_cast<size_t>(length) + 1);
+        m_objectList.GetText(i, text.data());
+        if (i > 0) handleList += L';';
+        handleList += text.data();
+    }
+    return ComposeObjectsFieldCode(m_kind.evaluatorId, handleList, GetFormat());
 }
 
 void AsdkMeasureOptionDialog::ShowFieldCode(const CString& code) {
@@ -317,8 +330,8 @@ void AsdkMeasureOptionDialog::OnSelectObjects() {
         if (IsEntityAllowed(entity)) {
             AcDbHandle handle;
             entity->getAcDbHandle(handle);
-            ACHAR text[17] = L"";
-            handle.getIntoAsciiBuffer(text, 17);
+            ACHAR text[kHandleTextLength] = L"";
+            handle.getIntoAsciiBuffer(text, kHandleTextLength);
             // A whole entry: "2A1" is not "2A".
             if (m_objectList.FindStringExact(-1, text) == LB_ERR) m_objectList.AddString(text);
         }
