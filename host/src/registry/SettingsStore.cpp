@@ -1,7 +1,10 @@
 #include "registry/SettingsStore.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <cwctype>
@@ -59,12 +62,57 @@ std::vector<std::wstring> SplitPath(const std::wstring& path) {
     return parts;
 }
 
+constexpr std::chrono::milliseconds kCheckInterval{1};
+
+// A cache entry's name: the parent key's id and the folded name.
+std::string CacheName(long long parent, const std::string& folded) {
+    return std::to_string(parent) + '\n' + folded;
+}
+
+// The file change counter of an SQLite database, which every commit in the
+// rollback journal mode advances: four bytes at offset 24.
+std::optional<std::uint32_t> ChangeCounter(int file) {
+    unsigned char bytes[4];
+    if (file < 0 || ::pread(file, bytes, sizeof bytes, 24) != static_cast<ssize_t>(sizeof bytes)) return std::nullopt;
+    return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) | (std::uint32_t{bytes[2]} << 8) |
+           std::uint32_t{bytes[3]};
+}
+
 }  // namespace
 
 Hive::Hive(std::filesystem::path file) : m_file(std::move(file)) {}
 
 Hive::~Hive() {
+    if (m_counterFile >= 0) ::close(m_counterFile);
     if (m_db) sqlite3_close(m_db);
+}
+
+void Hive::DropStaleCache() {
+    // The file is looked at once a millisecond at most: a program reads the
+    // same value a thousand times in a loop, and a change that another
+    // program commits is seen within that time.
+    auto now = std::chrono::steady_clock::now();
+    if (m_counter && now - m_checked < kCheckInterval) return;
+    m_checked = now;
+    if (m_counterFile < 0) m_counterFile = ::open(m_file.c_str(), O_RDONLY | O_CLOEXEC);
+    std::optional<std::uint32_t> counter = ChangeCounter(m_counterFile);
+    if (counter && counter == m_counter) return;
+    m_keys.clear();
+    m_paths.clear();
+    m_values.clear();
+    m_counter = counter;  // unknown (a file too short yet): nothing is kept
+}
+
+void Hive::NoteOwnChange() {
+    // One commit of this hive's advances the counter by one; more means
+    // another program committed as well, whose changes are not known here.
+    std::optional<std::uint32_t> counter = ChangeCounter(m_counterFile);
+    if (!counter || !m_counter || *counter != *m_counter + 1) {
+        m_keys.clear();
+        m_paths.clear();
+        m_values.clear();
+    }
+    m_counter = counter;
 }
 
 bool Hive::Ready() {
@@ -100,27 +148,44 @@ bool Hive::Ready() {
 }
 
 std::optional<long long> Hive::Child(long long parent, const std::wstring& name, bool create, bool* created) {
+    std::string folded = Folded(name);
+    std::string cacheName = CacheName(parent, folded);
+    if (auto cached = m_keys.find(cacheName); cached != m_keys.end()) return cached->second;
     Statement find(m_db, "SELECT id FROM keys WHERE parent=?1 AND folded=?2");
     if (!find) return std::nullopt;
-    find.Bind(1, parent).Bind(2, Folded(name));
-    if (find.Step() == SQLITE_ROW) return sqlite3_column_int64(find.get(), 0);
+    find.Bind(1, parent).Bind(2, folded);
+    if (find.Step() == SQLITE_ROW) {
+        long long id = sqlite3_column_int64(find.get(), 0);
+        if (m_counter) m_keys.emplace(cacheName, id);
+        return id;
+    }
     if (!create) return std::nullopt;
     Statement insert(m_db, "INSERT INTO keys(parent, name, folded) VALUES(?1, ?2, ?3)");
-    insert.Bind(1, parent).Bind(2, ToUtf8(name)).Bind(3, Folded(name));
+    insert.Bind(1, parent).Bind(2, ToUtf8(name)).Bind(3, folded);
     if (insert.Step() != SQLITE_DONE) return std::nullopt;
     if (created) *created = true;
-    return sqlite3_last_insert_rowid(m_db);
+    long long id = sqlite3_last_insert_rowid(m_db);
+    NoteOwnChange();
+    if (m_counter) m_keys.emplace(cacheName, id);
+    return id;
 }
 
 std::optional<long long> Hive::Key(long long parent, const std::wstring& path, bool create, bool* created) {
     if (created) *created = false;
     if (!Ready()) return std::nullopt;
+    DropStaleCache();
+    // A path found before is found again at once: programs open the same
+    // few keys for every value they read.
+    std::wstring pathName = std::to_wstring(parent) + L'\n';
+    for (wchar_t c : path) pathName += static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+    if (auto cached = m_paths.find(pathName); cached != m_paths.end()) return cached->second;
     long long key = parent;
     for (const std::wstring& part : SplitPath(path)) {
         std::optional<long long> child = Child(key, part, create, created);
         if (!child) return std::nullopt;
         key = *child;
     }
+    if (m_counter) m_paths.emplace(std::move(pathName), key);
     return key;
 }
 
@@ -130,6 +195,10 @@ bool Hive::DeleteKey(long long parent, const std::wstring& path, LONG& error) {
         error = ERROR_FILE_NOT_FOUND;
         return false;
     }
+    // Ids of keys below it may come again for other keys.
+    m_keys.clear();
+    m_paths.clear();
+    m_values.clear();
     Statement children(m_db, "SELECT 1 FROM keys WHERE parent=?1 LIMIT 1");
     children.Bind(1, *key);
     if (children.Step() == SQLITE_ROW) {  // as the platform: only a key without subkeys goes
@@ -149,8 +218,18 @@ bool Hive::DeleteKey(long long parent, const std::wstring& path, LONG& error) {
 
 std::optional<Hive::Value> Hive::Get(long long key, const std::wstring& name) {
     if (!Ready()) return std::nullopt;
+    DropStaleCache();
+    std::string folded = Folded(name);
+    std::string cacheName = CacheName(key, folded);
+    if (auto cached = m_values.find(cacheName); cached != m_values.end()) return cached->second;
+    std::optional<Value> found = Read(key, folded);
+    if (m_counter) m_values.emplace(cacheName, found);
+    return found;
+}
+
+std::optional<Hive::Value> Hive::Read(long long key, const std::string& folded) {
     Statement find(m_db, "SELECT type, data FROM vals WHERE key=?1 AND folded=?2");
-    find.Bind(1, key).Bind(2, Folded(name));
+    find.Bind(1, key).Bind(2, folded);
     if (find.Step() != SQLITE_ROW) return std::nullopt;
     Value value;
     value.type = static_cast<DWORD>(sqlite3_column_int64(find.get(), 0));
@@ -172,6 +251,7 @@ std::optional<Hive::Value> Hive::Get(long long key, const std::wstring& name) {
 
 bool Hive::Set(long long key, const std::wstring& name, DWORD type, const BYTE* data, DWORD size) {
     if (!Ready()) return false;
+    DropStaleCache();
     Statement put(m_db, "INSERT OR REPLACE INTO vals(key, name, folded, type, data) VALUES(?1, ?2, ?3, ?4, ?5)");
     put.Bind(1, key).Bind(2, ToUtf8(name)).Bind(3, Folded(name)).Bind(4, static_cast<long long>(type));
     if (type == REG_SZ || type == REG_EXPAND_SZ) {
@@ -188,14 +268,21 @@ bool Hive::Set(long long key, const std::wstring& name, DWORD type, const BYTE* 
     } else {
         put.BindBlob(5, data, data ? size : 0);
     }
-    return put.Step() == SQLITE_DONE;
+    m_values.erase(CacheName(key, Folded(name)));
+    bool written = put.Step() == SQLITE_DONE;
+    NoteOwnChange();
+    return written;
 }
 
 bool Hive::Delete(long long key, const std::wstring& name) {
     if (!Ready()) return false;
+    DropStaleCache();
     Statement remove(m_db, "DELETE FROM vals WHERE key=?1 AND folded=?2");
     remove.Bind(1, key).Bind(2, Folded(name));
-    return remove.Step() == SQLITE_DONE && sqlite3_changes(m_db) > 0;
+    m_values.erase(CacheName(key, Folded(name)));
+    bool removed = remove.Step() == SQLITE_DONE && sqlite3_changes(m_db) > 0;
+    NoteOwnChange();
+    return removed;
 }
 
 struct SettingsStore::OpenKey {

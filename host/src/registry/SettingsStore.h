@@ -8,7 +8,10 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <chrono>
+#include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -42,11 +45,27 @@ public:
 private:
     bool Ready();
     std::optional<long long> Child(long long parent, const std::wstring& name, bool create, bool* created);
+    // Forgets what was read when the file changed since: another program
+    // (or this one) committed to it.
+    void DropStaleCache();
+    // Notes the file's state after this hive's own change.
+    void NoteOwnChange();
+    std::optional<Value> Read(long long key, const std::string& folded);
 
     std::filesystem::path m_file;
     sqlite3* m_db = nullptr;
     bool m_tried = false;
     std::wstring m_problem;
+
+    // What was read, by parent key and folded name: the child keys found,
+    // and the values found or found missing. Valid while the file's change
+    // counter stays as it was when they were read.
+    std::unordered_map<std::string, long long> m_keys;
+    std::unordered_map<std::wstring, long long> m_paths;  // whole paths below a key
+    std::unordered_map<std::string, std::optional<Value>> m_values;
+    int m_counterFile = -1;  // the database file, read for its change counter
+    std::optional<std::uint32_t> m_counter;
+    std::chrono::steady_clock::time_point m_checked;
 };
 
 class SettingsStore {
