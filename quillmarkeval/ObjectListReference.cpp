@@ -95,11 +95,18 @@ CString ObjectListDataText(const CString& text, const std::vector<ObjectListHand
 CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
     // The handles stand in the text one after another, each ";" between
     // two of them, so the list between the brackets is kept as one piece.
-    std::wstring data = L"Object(<";
+    // Sized once: a list of a hundred thousand handles is not copied again
+    // for the closing brackets.
+    size_t listLength = 0;
+    int first = 0;
     if (!handles.empty()) {
-        int first = handles.front().start;
-        data.append(text + first, static_cast<size_t>(handles.back().start + handles.back().length - first));
+        first = handles.front().start;
+        listLength = static_cast<size_t>(handles.back().start + handles.back().length - first);
     }
+    std::wstring data;
+    data.reserve(listLength + 10);
+    data = L"Object(<";
+    if (!handles.empty()) data.append(text + first, listLength);
     data += L">)";
     return CString(std::move(data));
 }
