@@ -14,6 +14,10 @@ writer of tables: they are written here from the DXF reference, by text.
 The cell (row r, column c, both from 0) of the schedule spans x from
 2.5 * c to 2.5 * (c + 1) and y from 20 - r down to 19 - r; its middle is
 (2.5 * c + 1.25, 19.5 - r).
+
+Below the schedule, on the layer ROOMS, lie three rooms of a floor drawn in
+inches (closed polylines, two with arc segments) and a round column: see
+ROOMS. Their handles come after the tables'.
 """
 import os
 import sys
@@ -77,6 +81,24 @@ def dxf(groups):
     return ''.join('%3d\n%s\n' % (code, repr(v) if isinstance(v, float) else v) for code, v in groups)
 
 
+# The rooms of a floor, in inches, on the layer ROOMS below the schedule:
+# the office has a bay window (an arc segment), the meeting room a rounded
+# end (a half circle), the store is plain. (x, y, bulge), closed.
+ROOMS = [
+    ('Office', [(0, -300, 0), (180, -300, 0), (180, -156, 0.4), (0, -156, 0)]),
+    ('Meeting', [(180, -300, 0), (420, -300, 1), (420, -120, 0), (180, -120, 0)]),
+    ('Store', [(0, -156, 0), (120, -156, 0), (120, -60, 0), (0, -60, 0)]),
+]
+
+
+def add_rooms(doc, msp):
+    """The rooms as closed lightweight polylines, and a column (a circle)."""
+    doc.layers.add('ROOMS', color=3)
+    for name, points in ROOMS:
+        msp.add_lwpolyline(points, format='xyb', close=True, dxfattribs={'layer': 'ROOMS'})
+    msp.add_circle((300, -210), 9, dxfattribs={'layer': 'ROOMS'})
+
+
 def make_tour(path):
     """Writes the tour drawing; answers the handles of the two tables."""
     doc = ezdxf.new('R2010')
@@ -88,11 +110,15 @@ def make_tour(path):
     psp.add_mtext('Sheet index', dxfattribs={'char_height': 2.0, 'insert': (10, 44)})
     block_schedule = doc.blocks.new_anonymous_block('T')
     block_index = doc.blocks.new_anonymous_block('T')
+    # Saving makes the objects that ezdxf adds to every file; then the
+    # tables' handles are taken, so that they stay what they were before the
+    # rooms came, and the rooms follow.
+    doc.saveas(path)
+    schedule, index = doc.entitydb.next_handle(), doc.entitydb.next_handle()
+    add_rooms(doc, msp)
     doc.saveas(path)
 
     text = open(path, encoding='utf-8').read()
-    next_handle = int(doc.header['$HANDSEED'], 16)
-    schedule, index = '%X' % next_handle, '%X' % (next_handle + 1)
     model = table_groups(schedule, doc.modelspace().block_record_handle, block_schedule.name,
                          block_schedule.block_record_handle, 'TABLES', SCHEDULE_INSERT, SCHEDULE_ROWS,
                          SCHEDULE_COLUMNS, schedule_texts())
@@ -101,7 +127,6 @@ def make_tour(path):
     entities = text.index('\nENTITIES\n')
     entities_end = text.rindex('  0\n', 0, text.index('\nENDSEC\n', entities))
     text = text[:entities_end] + dxf(model) + dxf(paper) + text[entities_end:]
-    text = text.replace('$HANDSEED\n  5\n%X\n' % next_handle, '$HANDSEED\n  5\n%X\n' % (next_handle + 2), 1)
     classes_end = text.rindex('  0\nENDSEC', 0, text.index('\nTABLES\n'))
     text = text[:classes_end] + dxf([(0, 'CLASS'), (1, 'ACAD_TABLE'), (2, 'AcDbTable'), (3, 'ObjectDBX Classes'),
                                      (90, 1025), (91, 2), (280, 0), (281, 1)]) + text[classes_end:]

@@ -6,6 +6,8 @@
 #include "StdAfx.h"
 
 class AsdkTableCellEvaluator;
+class AsdkAreaEvaluator;
+class AsdkLengthEvaluator;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -20,6 +22,8 @@ public:
 
 private:
     AsdkTableCellEvaluator* m_tableCell;
+    AsdkAreaEvaluator* m_area;
+    AsdkLengthEvaluator* m_length;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether

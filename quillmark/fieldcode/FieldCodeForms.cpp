@@ -1,5 +1,7 @@
 #include "fieldcode/FieldCodeForms.h"
 
+#include <string>
+
 CString JoinTexts(const CStringArray& texts, const ACHAR* separator) {
     CString joined;
     for (INT_PTR i = 0; i < texts.GetSize(); ++i) {
@@ -10,15 +12,29 @@ CString JoinTexts(const CStringArray& texts, const ACHAR* separator) {
 }
 
 CString ComposeObjectsFieldCode(const ACHAR* evaluatorId, const CStringArray& handles, const CString& format) {
-    CString handleList = JoinTexts(handles, L";");
-    CString code;
-    if (format.IsEmpty())
-        code.Format(L"%%<\\%s Object(<%s>)>%%", evaluatorId, (const ACHAR*)handleList);
-    else
-        code.Format(L"%%<\\%s Object(<%s>) \\f \"%s\">%%", evaluatorId, (const ACHAR*)handleList,
-                    (const ACHAR*)format);
-    code.Trim();
-    return code;
+    return ComposeObjectsFieldCode(evaluatorId, JoinTexts(handles, L";"), format);
+}
+
+CString ComposeObjectsFieldCode(const ACHAR* evaluatorId, const CString& handleList, const CString& format) {
+    // "%%<\\%s Object(<%s>)>%%", or with " \\f \"%s\"" before the end, put
+    // together piece by piece: the list may run to a hundred thousand
+    // handles, which a formatted print would copy over and over.
+    std::wstring code;
+    code.reserve(handleList.GetLength() + format.GetLength() + 64);
+    code += L"%<\\";
+    if (evaluatorId) code += evaluatorId;
+    code += L" Object(<";
+    code += handleList.str();
+    code += L">)";
+    if (!format.IsEmpty()) {
+        code += L" \\f \"";
+        code += format.str();
+        code += L"\"";
+    }
+    code += L">%";
+    CString composed(std::move(code));
+    composed.Trim();
+    return composed;
 }
 
 CString ComposeBlockCountFieldCode(const BlockCountCodeState& state) {

@@ -20,6 +20,8 @@ CString JoinTexts(const CStringArray& texts, const ACHAR* separator);
 // and the format text; an empty format gives the form without \f. An empty
 // list still gives a code, "Object(<>)".
 CString ComposeObjectsFieldCode(const ACHAR* evaluatorId, const CStringArray& handles, const CString& format);
+// The same with the handles joined already.
+CString ComposeObjectsFieldCode(const ACHAR* evaluatorId, const CString& handleList, const CString& format);
 
 // The state of a Block Count page that its code is made of.
 struct BlockCountCodeState {

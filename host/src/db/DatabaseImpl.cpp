@@ -32,13 +32,12 @@ void DatabaseImpl::Clear() {
 }
 
 AcDbStub* DatabaseImpl::Find(Adesk::UInt64 handle) const {
-    auto it = m_byHandle.find(handle);
-    return it == m_byHandle.end() ? nullptr : it->second;
+    return m_byHandle.Find(handle);
 }
 
 AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
     if (handle == 0) {
-        while (m_byHandle.count(m_nextHandle)) ++m_nextHandle;
+        while (m_byHandle.Contains(m_nextHandle)) ++m_nextHandle;
         handle = m_nextHandle++;
     } else if (AcDbStub* existing = Find(handle)) {
         return existing;
@@ -46,7 +45,7 @@ AcDbStub* DatabaseImpl::StubFor(Adesk::UInt64 handle) {
     AcDbStub& stub = m_stubs.emplace_back();
     stub.database = this;
     stub.handle = handle;
-    m_byHandle.emplace(handle, &stub);
+    m_byHandle.Insert(handle, &stub);
     return &stub;
 }
 
@@ -86,9 +85,9 @@ Acad::ErrorStatus DatabaseImpl::AddUnnamed(AcDbObjectId& id, AcDbObject* object)
 
 void DatabaseImpl::NameUnnamed() {
     for (AcDbStub* stub : m_unnamed) {
-        while (m_byHandle.count(m_nextHandle)) ++m_nextHandle;
+        while (m_byHandle.Contains(m_nextHandle)) ++m_nextHandle;
         stub->handle = m_nextHandle++;
-        m_byHandle.emplace(stub->handle, stub);
+        m_byHandle.Insert(stub->handle, stub);
     }
     m_unnamed.clear();
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "db/FileState.h"
+#include "db/HandleIndex.h"
 #include "db/Stub.h"
 
 namespace cadhost {
@@ -84,7 +85,7 @@ public:
 private:
     AcDbDatabase& m_owner;
     std::deque<AcDbStub> m_stubs;
-    std::unordered_map<Adesk::UInt64, AcDbStub*> m_byHandle;
+    HandleIndex m_byHandle;
     std::vector<AcDbObjectId> m_objectOrder;
     std::vector<AcDbStub*> m_unnamed;
     Adesk::UInt64 m_nextHandle = 1;

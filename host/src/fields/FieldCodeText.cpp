@@ -1,6 +1,7 @@
 #include "fields/FieldCodeText.h"
 
 #include <cwctype>
+#include <string_view>
 
 namespace cadhost {
 namespace {
@@ -10,15 +11,16 @@ constexpr wchar_t kClose[] = L">%";
 
 bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
 
-bool OpensAt(const std::wstring& text, size_t pos) {
+bool OpensAt(std::wstring_view text, size_t pos) {
     return pos + 1 < text.size() && text[pos] == L'%' && text[pos + 1] == L'<';
 }
 
-bool ClosesAt(const std::wstring& text, size_t pos) {
+bool ClosesAt(std::wstring_view text, size_t pos) {
     return pos + 1 < text.size() && text[pos] == L'>' && text[pos + 1] == L'%';
 }
 
-std::wstring Trimmed(const std::wstring& text) {
+// Views, not copies: a code may list a hundred thousand handles.
+std::wstring_view Trimmed(std::wstring_view text) {
     size_t first = 0, last = text.size();
     while (first < last && IsBlank(text[first])) ++first;
     while (last > first && IsBlank(text[last - 1])) --last;
@@ -27,7 +29,7 @@ std::wstring Trimmed(const std::wstring& text) {
 
 // The position just behind the ">%" that closes the "%<" at open, counting
 // codes inside; npos when the text ends first.
-size_t MatchingClose(const std::wstring& text, size_t open) {
+size_t MatchingClose(std::wstring_view text, size_t open) {
     int depth = 0;
     for (size_t i = open; i + 1 < text.size();) {
         if (OpensAt(text, i)) {
@@ -51,16 +53,16 @@ class Reader {
 public:
     Reader(std::wstring& error, bool placesAllowed) : m_error(error), m_placesAllowed(placesAllowed) {}
 
-    std::optional<ParsedCode> Code(const std::wstring& text, int depth) {
+    std::optional<ParsedCode> Code(std::wstring_view text, int depth) {
         if (depth > kMaxFieldNesting) return Fail(L"fields stand inside each other too deeply");
-        std::wstring body = Trimmed(text);
+        std::wstring_view body = Trimmed(text);
         if (body.empty()) return Fail(L"the field code is empty");
         if (OpensAt(body, 0)) {
             size_t end = MatchingClose(body, 0);
             if (end == std::wstring::npos) return Fail(L"the field code lacks its closing >%");
             if (end != body.size()) return Fail(L"text follows the closing >% of the field code");
             body = body.substr(2, body.size() - 4);
-        } else if (MatchingClose(std::wstring(kOpen) + body + kClose, 0) != body.size() + 4) {
+        } else if (MatchingClose(std::wstring(kOpen).append(body).append(kClose), 0) != body.size() + 4) {
             // Without its markers the code must still read the same once they are added.
             return Fail(L"the field code holds a >% or %< that does not pair up");
         }
@@ -68,14 +70,14 @@ public:
         size_t idEnd = 1;
         while (idEnd < body.size() && !IsBlank(body[idEnd])) ++idEnd;
         ParsedCode code;
-        code.evaluatorId = body.substr(1, idEnd - 1);
+        code.evaluatorId = std::wstring(body.substr(1, idEnd - 1));
         if (code.evaluatorId.empty()) return Fail(L"the field code names no evaluator");
         if (!IsEvaluatorId(code.evaluatorId))
             return Fail(L"the evaluator id \"" + code.evaluatorId + L"\" holds a character that no id may hold");
-        std::wstring rest = body.substr(idEnd);
+        std::wstring_view rest = body.substr(idEnd);
         if (code.evaluatorId == kChildPlaceEvaluatorId) {
             if (!m_placesAllowed) return Fail(L"a child field's place stands where no child fields were given");
-            std::wstring digits = Trimmed(rest);
+            std::wstring_view digits = Trimmed(rest);
             if (digits.empty() || digits.size() > 6) return Fail(L"a child field's place needs its number");
             size_t n = 0;
             for (wchar_t c : digits) {
@@ -83,13 +85,15 @@ public:
                 n = n * 10 + static_cast<size_t>(c - L'0');
             }
             code.suppliedChild = n;
-            code.code = L"\\" + code.evaluatorId + rest;
+            code.code = L"\\" + code.evaluatorId + std::wstring(rest);
             return code;
         }
         // Children first, so that an option of a child is not taken for ours.
         std::optional<std::wstring> arguments = Children(rest, code.children, depth);
         if (!arguments || !SplitFormat(*arguments, code.format, code.formatOption)) return std::nullopt;
-        code.code = L"\\" + code.evaluatorId + *arguments;
+        code.code.reserve(1 + code.evaluatorId.size() + arguments->size());
+        code.code = L"\\" + code.evaluatorId;
+        code.code += *arguments;
         return code;
     }
 
@@ -143,15 +147,19 @@ private:
     }
 
     // Replaces each code inside the text by the place of a new child.
-    std::optional<std::wstring> Children(const std::wstring& text, std::vector<ParsedCode>& children, int depth) {
+    std::optional<std::wstring> Children(std::wstring_view text, std::vector<ParsedCode>& children, int depth) {
         std::wstring out;
         out.reserve(text.size());
         size_t i = 0;
         while (i < text.size()) {
-            if (!OpensAt(text, i) || i + 2 >= text.size() || text[i + 2] != L'\\') {
-                out += text[i++];
-                continue;
+            // The text up to the next code goes over as it stands.
+            size_t next = text.find(L"%<\\", i);
+            if (next == std::wstring::npos) {
+                out.append(text, i, std::wstring::npos);
+                break;
             }
+            out.append(text, i, next - i);
+            i = next;
             size_t end = MatchingClose(text, i);
             if (end == std::wstring::npos) return Fail(L"a field code inside the text lacks its closing >%");
             std::optional<ParsedCode> child = Code(text.substr(i, end - i), depth + 1);

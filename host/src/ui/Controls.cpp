@@ -15,12 +15,19 @@ bool IsList(HWND window) {
     return Valid(window) && (window->kind == WindowKind::ListBox || window->kind == WindowKind::ComboBox);
 }
 
+// A character not regarding case; the letters of ASCII without a call, as
+// a long sorted list compares them many times over.
+wchar_t Folded(wchar_t c) {
+    if (c < 0x80) return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + (L'a' - L'A')) : c;
+    return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+}
+
 // The order of a sorted list: not regarding case, then by the text itself.
 int CompareEntries(const std::wstring& a, const std::wstring& b) {
     size_t n = std::min(a.size(), b.size());
     for (size_t i = 0; i < n; ++i) {
-        wchar_t x = static_cast<wchar_t>(std::towlower(a[i]));
-        wchar_t y = static_cast<wchar_t>(std::towlower(b[i]));
+        wchar_t x = Folded(a[i]);
+        wchar_t y = Folded(b[i]);
         if (x != y) return x < y ? -1 : 1;
     }
     if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
@@ -30,7 +37,7 @@ int CompareEntries(const std::wstring& a, const std::wstring& b) {
 bool StartsNoCase(const std::wstring& text, const std::wstring& prefix) {
     if (prefix.size() > text.size()) return false;
     for (size_t i = 0; i < prefix.size(); ++i) {
-        if (std::towlower(text[i]) != std::towlower(prefix[i])) return false;
+        if (Folded(text[i]) != Folded(prefix[i])) return false;
     }
     return true;
 }

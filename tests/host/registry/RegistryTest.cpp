@@ -1,5 +1,11 @@
 #include <winreg.h>
 
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+#include "registry/SettingsStore.h"
+
 #include "support/TestHost.h"
 
 namespace {
@@ -91,6 +97,59 @@ TEST_F(RegistryTest, BadHandlesAreRefused) {
     EXPECT_EQ(RegCloseKey(bogus), ERROR_INVALID_HANDLE);
     HKEY key = nullptr;
     EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, L"x", 0, KEY_READ, &key), ERROR_INVALID_HANDLE);
+}
+
+// Two stores over one folder stand for two programs sharing the user's
+// settings: what one writes or deletes the other reads a millisecond later
+// at the latest, though it keeps what it read in memory; its own writes it
+// reads at once.
+TEST(SettingsStoreTest, AnotherProgramsChangesAreSeenAtTheNextRead) {
+    auto later = [] { std::this_thread::sleep_for(std::chrono::milliseconds(2)); };
+    qmtest::TempFolder folder;
+    cadhost::SettingsStore first(folder.path()), second(folder.path());
+    cadhost::Hive& a = *first.HiveOf(HKEY_CURRENT_USER);
+    cadhost::Hive& b = *second.HiveOf(HKEY_CURRENT_USER);
+    auto number = [](std::optional<cadhost::Hive::Value> value) -> long long {
+        if (!value) return -1;
+        DWORD n = 0;
+        std::memcpy(&n, value->data.data(), sizeof n);
+        return n;
+    };
+    auto put = [](cadhost::Hive& hive, long long key, const wchar_t* name, DWORD n) {
+        return hive.Set(key, name, REG_DWORD, reinterpret_cast<const BYTE*>(&n), sizeof n);
+    };
+    std::optional<long long> keyA = a.Key(cadhost::Hive::kRoot, L"Software\\Norvo\\Q", true);
+    ASSERT_TRUE(keyA);
+    std::optional<long long> keyB = b.Key(cadhost::Hive::kRoot, L"software\\norvo\\q", false);
+    ASSERT_TRUE(keyB);
+    EXPECT_EQ(*keyA, *keyB);
+    EXPECT_EQ(number(b.Get(*keyB, L"Circle")), -1);  // read as missing, and kept so
+    ASSERT_TRUE(put(a, *keyA, L"Circle", 0));
+    EXPECT_EQ(number(a.Get(*keyA, L"Circle")), 0);
+    later();
+    EXPECT_EQ(number(b.Get(*keyB, L"circle")), 0);
+    for (DWORD n : {5u, 6u, 7u}) {
+        ASSERT_TRUE(put(b, *keyB, L"Circle", n));
+        EXPECT_EQ(number(b.Get(*keyB, L"CIRCLE")), n);
+        later();
+        EXPECT_EQ(number(a.Get(*keyA, L"CIRCLE")), n);
+    }
+    ASSERT_TRUE(a.Delete(*keyA, L"Circle"));
+    later();
+    EXPECT_EQ(number(b.Get(*keyB, L"Circle")), -1);
+    // A key deleted and made again by one is found anew by the other.
+    LONG error = 0;
+    ASSERT_TRUE(b.DeleteKey(cadhost::Hive::kRoot, L"Software\\Norvo\\Q", error));
+    later();
+    EXPECT_FALSE(a.Key(cadhost::Hive::kRoot, L"Software\\Norvo\\Q", false));
+    std::optional<long long> again = b.Key(cadhost::Hive::kRoot, L"Software\\Norvo\\Q", true);
+    ASSERT_TRUE(again);
+    ASSERT_TRUE(put(b, *again, L"Arc", 3));
+    later();
+    std::optional<long long> seen = a.Key(cadhost::Hive::kRoot, L"Software\\Norvo\\Q", false);
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(*seen, *again);
+    EXPECT_EQ(number(a.Get(*seen, L"Arc")), 3);
 }
 
 }  // namespace
