@@ -2,14 +2,16 @@
 
 #include <tchar.h>
 
+#include "EvaluationPass.h"
 #include "EvaluatorIds.h"
 #include "TableCellEvaluator.h"
+#include "TextFileEvaluator.h"
 
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
     {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, false},
-    {QM_EVAL_TEXT_FILE, false}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
+    {QM_EVAL_TEXT_FILE, true}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
 };
 
 AsdkQuillmarkEvaluatorLoader* g_loader = nullptr;
@@ -21,13 +23,23 @@ int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
     return static_cast<int>(sizeof(kSlots) / sizeof(kSlots[0]));
 }
 
-AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader() : m_tableCell(new AsdkTableCellEvaluator) {}
+AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
+    : m_tableCell(new AsdkTableCellEvaluator),
+      m_textFile(new AsdkTextFileEvaluator),
+      m_passReactor(new AsdkEvaluationPassReactor) {
+    m_passReactor->AddCache(&m_textFile->Files());
+}
 
-AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() { delete m_tableCell; }
+AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
+    delete m_passReactor;
+    delete m_textFile;
+    delete m_tableCell;
+}
 
 AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
     if (!evaluatorId) return nullptr;
     if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
+    if (_wcsicmp(evaluatorId, QM_EVAL_TEXT_FILE) == 0) return m_textFile;
     return nullptr;
 }
 
@@ -40,12 +52,15 @@ int RegisterQuillmarkEvaluators() {
         g_loader = nullptr;
         return 0;
     }
+    // Without the reactor every field reads its file anew: slower, not wrong.
+    acdbAddFieldReactor(g_loader->PassReactor());
     return 1;
 }
 
 int UnregisterQuillmarkEvaluators() {
     if (!g_loader) return 0;
     AcFdFieldEngine* engine = acdbGetFieldEngine();
+    acdbRemoveFieldReactor(g_loader->PassReactor());
     int withdrawn = engine && engine->unregisterEvaluatorLoader(g_loader) == Acad::eOk ? 1 : 0;
     delete g_loader;
     g_loader = nullptr;
