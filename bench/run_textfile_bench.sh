@@ -21,6 +21,7 @@ if [[ ! -x $build/bin/bench_TextFileDrawingMake || ! -x $build/bin/cadhost ]]; t
 fi
 data=$build/bench-data/textfiles_${fields}f_${files}x${bytes}
 rm -rf "$data"
+mkdir -p "$build/bench-data"
 "$build/bin/bench_TextFileDrawingMake" "$data" "$fields" "$files" "$bytes" > "$build/bench-data/textfiles_make.txt"
 drawing=$data/textfiles.dxf
 settings=$build/bench-data/settings

@@ -2,6 +2,7 @@
 
 #include <tchar.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <string>
@@ -55,9 +56,17 @@ CTextFileContent ReadTextFile(const std::wstring& fullPath) {
 
     FILE* file = _wfopen(fullPath.c_str(), L"rb");
     if (!file) return Failed(OpenFailure(errno));
+    // Read in pieces up to one byte past the limit: a file's size can
+    // change while it is read, and most files are far below the limit.
     std::string bytes;
-    bytes.resize(QM_TEXT_FILE_LIMIT + 1);
-    size_t got = std::fread(bytes.data(), 1, bytes.size(), file);
+    char piece[64 * 1024];
+    size_t got = 0;
+    while (got <= QM_TEXT_FILE_LIMIT) {
+        size_t read = std::fread(piece, 1, std::min(sizeof piece, QM_TEXT_FILE_LIMIT + 1 - got), file);
+        if (read == 0) break;
+        bytes.append(piece, read);
+        got += read;
+    }
     bool broken = std::ferror(file) != 0;
     int error = errno;
     long size = got > QM_TEXT_FILE_LIMIT && std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
@@ -68,7 +77,6 @@ CTextFileContent ReadTextFile(const std::wstring& fullPath) {
         return Failed(L"is larger than the " + std::to_wstring(QM_TEXT_FILE_LIMIT) +
                       L" bytes (1 MiB) a Text File field shows: " + length + L".");
     }
-    bytes.resize(got);
     DecodedText decoded = DecodeTextFile(bytes);
     if (decoded.nulAt != std::wstring::npos)
         return Failed(L"is not text: it holds a NUL byte at offset " + std::to_wstring(decoded.nulAt) + L".");

@@ -9,7 +9,7 @@
 #include "PassFileCache.h"
 
 // The largest file a Text File field shows, in bytes.
-#define QM_TEXT_FILE_LIMIT (1024 * 1024)
+#define QM_TEXT_FILE_LIMIT (static_cast<size_t>(1024 * 1024))
 
 // What reading one file gave: its text, or why there is none.
 struct CTextFileContent {
