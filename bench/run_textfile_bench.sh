@@ -3,7 +3,9 @@
 # each, naming FILES text files of BYTES bytes beside the drawing (relative
 # paths), brought up to date by `cadhost update`: once with every field new,
 # once more with nothing changed, and once after every file changed. Each
-# line gives the wall time and the peak memory of the process.
+# line gives the wall time and the peak memory of the process. Last, the
+# phases of one update in process (bench_TextFileUpdatePhases) on a copy of
+# the drawing as made: reading it, two update passes, writing it.
 #
 #     bench/run_textfile_bench.sh [BUILD_FOLDER] [FIELDS] [FILES] [BYTES]
 #
@@ -15,7 +17,7 @@ build=${1:-$root/build-bench}
 fields=${2:-10000}
 files=${3:-100}
 bytes=${4:-10240}
-if [[ ! -x $build/bin/bench_TextFileDrawingMake || ! -x $build/bin/cadhost ]]; then
+if [[ ! -x $build/bin/bench_TextFileDrawingMake || ! -x $build/bin/bench_TextFileUpdatePhases || ! -x $build/bin/cadhost ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
   cmake --build "$build"
 fi
@@ -25,6 +27,7 @@ mkdir -p "$build/bench-data"
 "$build/bin/bench_TextFileDrawingMake" "$data" "$fields" "$files" "$bytes" > "$build/bench-data/textfiles_make.txt"
 drawing=$data/textfiles.dxf
 settings=$build/bench-data/settings
+cp "$drawing" "$data/as_made.dxf"
 
 # Wall time and peak memory of a command, its output kept in a file.
 source "$root/bench/measure.sh"
@@ -37,3 +40,5 @@ measure "update (nothing changes)" "$data/update2.log" "$build/bin/cadhost" upda
 for note in "$data"/notes/*.txt; do printf 'changed\r\n' >> "$note"; done
 measure "update (every file changed)" "$data/update3.log" "$build/bin/cadhost" update "$drawing" --settings "$settings"
 cat "$data/update1.log" "$data/update2.log" "$data/update3.log"
+echo "phases of one update, in process:"
+"$build/bin/bench_TextFileUpdatePhases" "$data/as_made.dxf" "$data/phases.dxf" 2
