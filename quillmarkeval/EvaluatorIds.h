@@ -13,3 +13,4 @@
 #define QM_TABLE_CELL_DATA L"TableCell Data"
 #define QM_AREA_DATA L"AcArea Data"
 #define QM_LENGTH_DATA L"AcLength Data"
+#define QM_TEXT_FILE_DATA L"TextField Data"

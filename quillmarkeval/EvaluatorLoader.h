@@ -8,6 +8,8 @@
 class AsdkTableCellEvaluator;
 class AsdkAreaEvaluator;
 class AsdkLengthEvaluator;
+class AsdkTextFileEvaluator;
+class AsdkEvaluationPassReactor;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -20,10 +22,15 @@ public:
     // module's evaluator may serve it.
     AcFdFieldEvaluator* getEvaluator(const ACHAR* evaluatorId) override;
 
+    // The reactor that tells the evaluators of each evaluation pass.
+    AsdkEvaluationPassReactor* PassReactor() { return m_passReactor; }
+
 private:
     AsdkTableCellEvaluator* m_tableCell;
     AsdkAreaEvaluator* m_area;
     AsdkLengthEvaluator* m_length;
+    AsdkTextFileEvaluator* m_textFile;
+    AsdkEvaluationPassReactor* m_passReactor;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether
@@ -34,8 +41,9 @@ struct QuillmarkEvaluatorSlot {
 };
 int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots);
 
-// Registers the loader with the field engine; answers 1 on success, 0 when
-// there is no engine or the engine refuses.
+// Registers the loader and its pass reactor with the field engine; answers
+// 1 on success, 0 when there is no engine or the engine refuses.
 int RegisterQuillmarkEvaluators();
-// Withdraws and deletes the loader; answers 1 when it was registered.
+// Withdraws and deletes the loader and its reactor; answers 1 when the
+// loader was registered.
 int UnregisterQuillmarkEvaluators();

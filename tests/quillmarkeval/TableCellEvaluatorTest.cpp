@@ -59,6 +59,7 @@ protected:
 TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersItsBuiltIds) {
     AcFdFieldEngine* engine = acdbGetFieldEngine();
     ASSERT_EQ(engine->evaluatorLoaderCount(), 1);
+    EXPECT_EQ(engine->fieldReactorCount(), 1);  // the reactor that tells the evaluators of each pass
     AcFdFieldEvaluator* evaluator = engine->getEvaluator(L"TableCell");
     ASSERT_NE(evaluator, nullptr);
     EXPECT_STREQ(evaluator->evaluatorId(), L"TableCell");
@@ -68,7 +69,7 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersItsBuiltIds
     const QuillmarkEvaluatorSlot* slots = nullptr;
     ASSERT_EQ(GetQuillmarkEvaluatorSlots(slots), 6);
     const wchar_t* ids[] = {L"AcArea", L"AcLength", L"AcBlockCount", L"TextField", L"ExcelCell", L"TableCell"};
-    const bool built[] = {true, true, false, false, false, true};
+    const bool built[] = {true, true, false, true, false, true};
     for (int i = 0; i < 6; ++i) {
         EXPECT_STREQ(slots[i].id, ids[i]);
         EXPECT_EQ(slots[i].built, built[i]) << ids[i];
@@ -81,6 +82,7 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersItsBuiltIds
 
     ASSERT_TRUE(host().linker().unloadModule(L"QuillmarkEval.dbx"));
     EXPECT_EQ(engine->evaluatorLoaderCount(), 0);
+    EXPECT_EQ(engine->fieldReactorCount(), 0);
     EXPECT_EQ(engine->getEvaluator(L"TableCell"), nullptr);
 }
 

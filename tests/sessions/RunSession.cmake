@@ -19,6 +19,11 @@ if(text MATCHES "@SYSTEM@")
   string(REPLACE "@SYSTEM@" "${QM_SYSTEM}" text "${text}")
 endif()
 file(WRITE ${WORK}/${name}.qms "${text}")
+# A folder NAME.files beside the script holds files the session works on:
+# they are copied into the work folder, where the session starts.
+if(IS_DIRECTORY ${folder}/${name}.files)
+  file(COPY ${folder}/${name}.files/ DESTINATION ${WORK})
+endif()
 
 set(exit 0)
 if(text MATCHES "# expect exit ([0-9]+)")
