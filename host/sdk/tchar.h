@@ -22,3 +22,15 @@ CADHOST_API int _wcsnicmp(const wchar_t* a, const wchar_t* b, size_t count);
 #define _tstof _wtof
 #define _tcsicmp _wcsicmp
 #define _tcslen wcslen
+
+// The parts of a path for _wsplitpath: drive ("C:", or nothing), folder
+// with its last separator, file name, and extension with its dot. Both
+// separators, "/" and "\", count. A null part is not wanted; a part longer
+// than its buffer is cut to fit.
+#define _MAX_PATH 260
+#define _MAX_DRIVE 3
+#define _MAX_DIR 256
+#define _MAX_FNAME 256
+#define _MAX_EXT 256
+extern "C" CADHOST_API void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* dir, wchar_t* fname,
+                                        wchar_t* ext);

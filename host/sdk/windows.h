@@ -103,3 +103,4 @@ CADHOST_API void WINAPI SetLastError(DWORD error);
 #include "wingdi.h"
 #include "winuser.h"
 #include "commdlg.h"
+#include "winbase.h"
