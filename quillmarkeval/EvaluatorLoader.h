@@ -6,6 +6,7 @@
 #include "StdAfx.h"
 
 class AsdkTableCellEvaluator;
+class AsdkExcelCellEvaluator;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -18,8 +19,11 @@ public:
     // module's evaluator may serve it.
     AcFdFieldEvaluator* getEvaluator(const ACHAR* evaluatorId) override;
 
+    AsdkExcelCellEvaluator* excelCell() { return m_excelCell; }
+
 private:
     AsdkTableCellEvaluator* m_tableCell;
+    AsdkExcelCellEvaluator* m_excelCell;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether
