@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchFieldTexts.h"
 #include "app/Host.h"
 #include "core/Utf8.h"
 
@@ -66,37 +67,13 @@ bool AddTables(AcDbBlockTableRecord& model, int count, std::vector<AcDbObjectId>
     return true;
 }
 
-bool AddFieldTexts(AcDbBlockTableRecord& model, const std::vector<AcDbObjectId>& tables, int count) {
+bool AddTableCellFields(AcDbBlockTableRecord& model, const std::vector<AcDbObjectId>& tables, int count) {
     for (int i = 0; i < count; ++i) {
         AcDbObjectId table = tables[static_cast<size_t>(i) % tables.size()];
         int row = 1 + (i / 7) % kRows, column = 1 + (i / 3) % kColumns;
         std::wstring code = L"%<\\TableCell Table(<" + HandleText(table) + L">).$" + ColumnName(column) + L"$" +
                             std::to_wstring(row) + L">%";
-        auto* mtext = new AcDbMText;
-        mtext->setLocation(AcGePoint3d((i % 1000) * 5.0, -30.0 - (i / 1000) * 2.0, 0));
-        mtext->setTextHeight(0.5);
-        mtext->setContents(code.c_str());
-        AcDbObjectId id;
-        if (model.appendAcDbEntity(id, mtext) != Acad::eOk) {
-            delete mtext;
-            return false;
-        }
-        auto* field = new AcDbField(code.c_str(), true);
-        field->setEvaluationOption(AcDbField::kAutomatic);
-        if (field->setInObject(mtext, L"TEXT") != Acad::eOk) {
-            delete field;
-            mtext->close();
-            return false;
-        }
-        for (int c = 0; c < field->childCount(); ++c) {
-            AcDbField* child = nullptr;
-            if (field->getChild(c, child, AcDb::kForWrite) != Acad::eOk) continue;
-            child->setEvaluationOption(AcDbField::kAutomatic);
-            child->close();
-        }
-        field->close();
-        mtext->setContents(L"----");
-        mtext->close();
+        if (!AddFieldText(model, code, AcGePoint3d((i % 1000) * 5.0, -30.0 - (i / 1000) * 2.0, 0))) return false;
     }
     return true;
 }
@@ -129,7 +106,7 @@ int main(int argc, char** argv) {
             std::cerr << "bench_FieldDrawingMake: model space does not open\n";
             return 1;
         }
-        bool made = AddTables(*model, tables, tableIds) && AddFieldTexts(*model, tableIds, fields);
+        bool made = AddTables(*model, tables, tableIds) && AddTableCellFields(*model, tableIds, fields);
         model->close();
         if (!made) {
             std::cerr << "bench_FieldDrawingMake: the drawing could not be made\n";

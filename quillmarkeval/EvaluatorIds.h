@@ -11,4 +11,5 @@
 
 // Each evaluator keeps the argument part of its code under "<id> Data".
 #define QM_TABLE_CELL_DATA L"TableCell Data"
+#define QM_TEXT_FILE_DATA L"TextField Data"
 #define QM_EXCEL_CELL_DATA L"ExcelCell Data"

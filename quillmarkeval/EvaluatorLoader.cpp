@@ -2,15 +2,17 @@
 
 #include <tchar.h>
 
+#include "EvaluationPass.h"
 #include "EvaluatorIds.h"
 #include "ExcelCellEvaluator.h"
 #include "TableCellEvaluator.h"
+#include "TextFileEvaluator.h"
 
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
     {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, false},
-    {QM_EVAL_TEXT_FILE, false}, {QM_EVAL_EXCEL_CELL, true}, {QM_EVAL_TABLE_CELL, true},
+    {QM_EVAL_TEXT_FILE, true}, {QM_EVAL_EXCEL_CELL, true}, {QM_EVAL_TABLE_CELL, true},
 };
 
 AsdkQuillmarkEvaluatorLoader* g_loader = nullptr;
@@ -23,16 +25,25 @@ int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
 }
 
 AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
-    : m_tableCell(new AsdkTableCellEvaluator), m_excelCell(new AsdkExcelCellEvaluator) {}
+    : m_tableCell(new AsdkTableCellEvaluator),
+      m_textFile(new AsdkTextFileEvaluator),
+      m_excelCell(new AsdkExcelCellEvaluator),
+      m_passReactor(new AsdkEvaluationPassReactor) {
+    m_passReactor->AddCache(&m_textFile->Files());
+    m_passReactor->AddCache(&m_excelCell->Workbooks());
+}
 
 AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
-    delete m_tableCell;
+    delete m_passReactor;
     delete m_excelCell;
+    delete m_textFile;
+    delete m_tableCell;
 }
 
 AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
     if (!evaluatorId) return nullptr;
     if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
+    if (_wcsicmp(evaluatorId, QM_EVAL_TEXT_FILE) == 0) return m_textFile;
     if (_wcsicmp(evaluatorId, QM_EVAL_EXCEL_CELL) == 0) return m_excelCell;
     return nullptr;
 }
@@ -46,12 +57,15 @@ int RegisterQuillmarkEvaluators() {
         g_loader = nullptr;
         return 0;
     }
+    // Without the reactor every field reads its file anew: slower, not wrong.
+    acdbAddFieldReactor(g_loader->PassReactor());
     return 1;
 }
 
 int UnregisterQuillmarkEvaluators() {
     if (!g_loader) return 0;
     AcFdFieldEngine* engine = acdbGetFieldEngine();
+    acdbRemoveFieldReactor(g_loader->PassReactor());
     int withdrawn = engine && engine->unregisterEvaluatorLoader(g_loader) == Acad::eOk ? 1 : 0;
     delete g_loader;
     g_loader = nullptr;

@@ -6,7 +6,9 @@
 #include "StdAfx.h"
 
 class AsdkTableCellEvaluator;
+class AsdkTextFileEvaluator;
 class AsdkExcelCellEvaluator;
+class AsdkEvaluationPassReactor;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -19,11 +21,15 @@ public:
     // module's evaluator may serve it.
     AcFdFieldEvaluator* getEvaluator(const ACHAR* evaluatorId) override;
 
-    AsdkExcelCellEvaluator* excelCell() { return m_excelCell; }
+    // The reactor that tells the evaluators of each evaluation pass.
+    AsdkEvaluationPassReactor* PassReactor() { return m_passReactor; }
+    AsdkExcelCellEvaluator* ExcelCell() { return m_excelCell; }
 
 private:
     AsdkTableCellEvaluator* m_tableCell;
+    AsdkTextFileEvaluator* m_textFile;
     AsdkExcelCellEvaluator* m_excelCell;
+    AsdkEvaluationPassReactor* m_passReactor;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether
@@ -34,8 +40,9 @@ struct QuillmarkEvaluatorSlot {
 };
 int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots);
 
-// Registers the loader with the field engine; answers 1 on success, 0 when
-// there is no engine or the engine refuses.
+// Registers the loader and its pass reactor with the field engine; answers
+// 1 on success, 0 when there is no engine or the engine refuses.
 int RegisterQuillmarkEvaluators();
-// Withdraws and deletes the loader; answers 1 when it was registered.
+// Withdraws and deletes the loader and its reactor; answers 1 when the
+// loader was registered.
 int UnregisterQuillmarkEvaluators();

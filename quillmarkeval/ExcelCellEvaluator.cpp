@@ -6,6 +6,10 @@
 
 namespace {
 
+// What the workbooks of one pass may hold in memory together, by the size
+// of their files; a pass over more reads the rest for each field.
+const size_t kPassBudget = 512u << 20;
+
 Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& message) {
     result->setEvaluationStatus(status, 0, message);
     return Acad::eInvalidInput;
@@ -13,7 +17,15 @@ Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& messa
 
 }  // namespace
 
-AsdkExcelCellEvaluator::AsdkExcelCellEvaluator() = default;
+size_t CWorkbookContent::Weight() const { return (file ? file->GetByteCount() : 0) + why.GetLength(); }
+
+CWorkbookContent ReadWorkbookFile(const std::wstring& fullPath) {
+    CWorkbookContent content;
+    content.file.reset(CWorkbookFile::Open(fullPath.c_str(), content.why));
+    return content;
+}
+
+AsdkExcelCellEvaluator::AsdkExcelCellEvaluator() : m_workbooks(kPassBudget) {}
 AsdkExcelCellEvaluator::~AsdkExcelCellEvaluator() = default;
 
 const ACHAR* AsdkExcelCellEvaluator::evaluatorId() const { return QM_EVAL_EXCEL_CELL; }
@@ -48,7 +60,9 @@ Acad::ErrorStatus AsdkExcelCellEvaluator::evaluate(AcDbField* field, int, AcDbDa
         message.Format(L"The workbook %s cannot be found: %s.", (const ACHAR*)parts.path, (const ACHAR*)why);
         return Fail(result, AcDbField::kOtherError, message);
     }
-    std::shared_ptr<CWorkbookFile> book = m_cache.Open(path, why);
+    const CWorkbookContent& content = m_workbooks.Get(path.str(), ReadWorkbookFile);
+    std::shared_ptr<CWorkbookFile> book = content.file;
+    why = content.why;
     if (!book) {
         CString message;
         message.Format(L"The workbook %s cannot be read: %s.", (const ACHAR*)path, (const ACHAR*)why);

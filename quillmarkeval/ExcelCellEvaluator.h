@@ -5,7 +5,21 @@
 
 #include "StdAfx.h"
 
-#include "WorkbookCache.h"
+#include <WorkbookFile.h>
+
+#include <memory>
+
+#include "PassFileCache.h"
+
+// What reading one workbook gave: the workbook, or why there is none.
+struct CWorkbookContent {
+    std::shared_ptr<CWorkbookFile> file;
+    CString why;
+    size_t Weight() const;
+};
+
+// Reads a workbook by its full path.
+CWorkbookContent ReadWorkbookFile(const std::wstring& fullPath);
 
 class AsdkExcelCellEvaluator : public AcFdFieldEvaluator {
 public:
@@ -23,8 +37,10 @@ public:
     Acad::ErrorStatus evaluate(AcDbField* field, int context, AcDbDatabase* database,
                                AcFdFieldResult* result) override;
 
-    CWorkbookCache& cache() { return m_cache; }
+    // The workbooks read, kept for the length of an evaluation pass: one
+    // pass reads each workbook once, however many fields name it.
+    CPassFileCache<CWorkbookContent>& Workbooks() { return m_workbooks; }
 
 private:
-    CWorkbookCache m_cache;
+    CPassFileCache<CWorkbookContent> m_workbooks;
 };

@@ -115,6 +115,7 @@ void DefineHostCommands(ScriptRunner& runner);
 void DefineDialogCommands(ScriptRunner& runner);
 void DefineDrawingCommands(ScriptRunner& runner);
 void DefineFieldCommands(ScriptRunner& runner);
+void DefineSettingCommands(ScriptRunner& runner);
 void DefineSpreadsheetCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

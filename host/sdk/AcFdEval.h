@@ -8,6 +8,7 @@
 #include "dbmain.h"
 
 class AcDbField;
+class AcFdFieldReactor;
 
 // What an evaluator reports of one evaluation: the value and the status.
 class CADHOST_API AcFdFieldResult : public AcRxObject {
@@ -83,13 +84,38 @@ public:
 
     // Used by the host: forgets the loaders whose code lies in a module that
     // is going away, so that no evaluation reaches into unmapped code.
-    // Answers how many were dropped.
+    // Answers how many were dropped. Field reactors of the module go too.
     int dropLoadersOfModule(HMODULE module);
+
+    // Used by the host: the field reactors, and the bracket around a set
+    // of evaluations that tells them.
+    Acad::ErrorStatus addFieldReactor(AcFdFieldReactor* reactor);
+    Acad::ErrorStatus removeFieldReactor(AcFdFieldReactor* reactor);
+    int fieldReactorCount() const;
+    void beginEvaluateFields(int context, AcDbDatabase* database);
+    void endEvaluateFields(int context, AcDbDatabase* database);
 
 private:
     struct Impl;
     Impl* m_impl;
 };
 
+// Hears when the host begins and ends evaluating a set of fields, such as
+// all the fields of a drawing that it brings up to date, so that what an
+// evaluator reads for one field can serve the others of the set.
+class CADHOST_API AcFdFieldReactor : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcFdFieldReactor)
+    AcFdFieldReactor() = default;
+    ~AcFdFieldReactor() override;
+    virtual Acad::ErrorStatus beginEvaluateFields(int context, AcDbDatabase* database);
+    virtual Acad::ErrorStatus endEvaluateFields(int context, AcDbDatabase* database);
+};
+
 // The field engine of the running host; null when no host runs.
 CADHOST_API AcFdFieldEngine* acdbGetFieldEngine();
+
+// eDuplicateKey for a reactor that is added already; eKeyNotFound when
+// removing one that is not.
+CADHOST_API Acad::ErrorStatus acdbAddFieldReactor(AcFdFieldReactor* reactor);
+CADHOST_API Acad::ErrorStatus acdbRemoveFieldReactor(AcFdFieldReactor* reactor);

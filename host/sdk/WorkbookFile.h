@@ -19,6 +19,8 @@ public:
     // spreadsheet program compares them; -1 when there is none.
     int FindWorksheet(LPCWSTR name) const;
     CString GetSheetName(int sheet) const;
+    // The size of the file read, in bytes.
+    size_t GetByteCount() const;
     // The grid of the file's format: 65536 rows and 256 columns for .xls,
     // 1048576 and 16384 for .xlsx.
     long GetMaxRows() const;

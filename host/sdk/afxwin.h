@@ -715,3 +715,24 @@ public:
 protected:
     HWND m_hWnd;
 };
+
+// ---------------------------------------------------------------------------
+// Documents.
+
+// The framework's side of an open file: its full path, empty while it was
+// never saved, and its title.
+class CADHOST_API CDocument : public CCmdTarget {
+    DECLARE_DYNAMIC(CDocument)
+public:
+    CDocument() = default;
+    ~CDocument() override = default;
+
+    virtual const CString& GetPathName() const { return m_strPathName; }
+    virtual void SetPathName(LPCTSTR lpszPathName, BOOL bAddToMRU = TRUE);
+    const CString& GetTitle() const { return m_strTitle; }
+    virtual void SetTitle(LPCTSTR lpszTitle) { m_strTitle = lpszTitle; }
+
+protected:
+    CString m_strPathName;
+    CString m_strTitle;
+};

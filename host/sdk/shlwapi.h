@@ -1,6 +1,8 @@
 // The shell's path functions. Paths are the host's own (POSIX, with "/"
 // as the separator); the contracts are the platform's: buffers of MAX_PATH
-// characters, TRUE on success.
+// characters, TRUE on success. A backslash in a path separates as a "/"
+// does, as it does on the platform, so that a path written on Windows
+// (..\data\notes.txt) means the same here; results are written with "/".
 #pragma once
 
 #include "windows.h"
@@ -16,6 +18,18 @@ CADHOST_API LPWSTR WINAPI PathCombineW(LPWSTR destination, LPCWSTR folder, LPCWS
 CADHOST_API BOOL WINAPI PathFileExistsW(LPCWSTR path);
 CADHOST_API LPWSTR WINAPI PathFindFileNameW(LPCWSTR path);
 CADHOST_API BOOL WINAPI PathIsRelativeW(LPCWSTR path);
+// FILE_ATTRIBUTE_DIRECTORY when the path names a folder, else FALSE.
+CADHOST_API BOOL WINAPI PathIsDirectoryW(LPCWSTR path);
+// The relative path from one end to the other into a buffer of MAX_PATH
+// characters; each end is a folder when its attribute has
+// FILE_ATTRIBUTE_DIRECTORY, else a file, which counts from its folder. The
+// result begins with "./" or "../": "./notes.txt", "./sub/notes.txt",
+// "../data/notes.txt". FALSE where the platform has no common root (two
+// drives): the ends share nothing but "/", one is relative and the other
+// not, either is empty, or the result would not fit. Names compare with
+// regard to case, as the host's files do.
+CADHOST_API BOOL WINAPI PathRelativePathToW(LPWSTR path, LPCWSTR from, DWORD fromAttributes, LPCWSTR to,
+                                            DWORD toAttributes);
 }
 
 #define PathRemoveFileSpec PathRemoveFileSpecW
@@ -24,3 +38,5 @@ CADHOST_API BOOL WINAPI PathIsRelativeW(LPCWSTR path);
 #define PathFileExists PathFileExistsW
 #define PathFindFileName PathFindFileNameW
 #define PathIsRelative PathIsRelativeW
+#define PathIsDirectory PathIsDirectoryW
+#define PathRelativePathTo PathRelativePathToW

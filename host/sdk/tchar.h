@@ -1,6 +1,8 @@
 // Text macros of the host's C runtime: all text is wide.
 #pragma once
 
+#include <stdio.h>
+
 #include "windows.h"
 
 #define _T(x) L##x
@@ -15,6 +17,14 @@ CADHOST_API long _wtol(const wchar_t* text);
 CADHOST_API double _wtof(const wchar_t* text);
 CADHOST_API int _wcsicmp(const wchar_t* a, const wchar_t* b);
 CADHOST_API int _wcsnicmp(const wchar_t* a, const wchar_t* b, size_t count);
+
+// The absolute form of a path, from the current directory, with "." and
+// ".." resolved and "/" as separator (a backslash separates too). Into
+// absolutePath of maxLength characters, or, when that is null, into a
+// buffer the caller frees with free(). Null when it does not fit.
+CADHOST_API wchar_t* _wfullpath(wchar_t* absolutePath, const wchar_t* relativePath, size_t maxLength);
+// Opens a file as fopen does; the name is wide. Null, with errno set, on failure.
+CADHOST_API FILE* _wfopen(const wchar_t* fileName, const wchar_t* mode);
 }
 
 #define _ttoi _wtoi
@@ -22,6 +32,8 @@ CADHOST_API int _wcsnicmp(const wchar_t* a, const wchar_t* b, size_t count);
 #define _tstof _wtof
 #define _tcsicmp _wcsicmp
 #define _tcslen wcslen
+#define _tfullpath _wfullpath
+#define _tfopen _wfopen
 
 // The parts of a path for _wsplitpath: drive ("C:", or nothing), folder
 // with its last separator, file name, and extension with its dot. Both

@@ -98,6 +98,22 @@ CADHOST_API void WINAPI SetLastError(DWORD error);
 #define GetModuleFileName GetModuleFileNameW
 #define LoadString LoadStringW
 
+// Files: what a path names. A file that is neither a folder nor a plain
+// file (a device, a pipe) has FILE_ATTRIBUTE_DEVICE.
+#define FILE_ATTRIBUTE_READONLY 0x00000001
+#define FILE_ATTRIBUTE_DIRECTORY 0x00000010
+#define FILE_ATTRIBUTE_DEVICE 0x00000040
+#define FILE_ATTRIBUTE_NORMAL 0x00000080
+#define INVALID_FILE_ATTRIBUTES 0xFFFFFFFFu
+
+extern "C" {
+// INVALID_FILE_ATTRIBUTES, with the last error set, when the path names
+// nothing that can be reached.
+CADHOST_API DWORD WINAPI GetFileAttributesW(LPCWSTR fileName);
+}
+
+#define GetFileAttributes GetFileAttributesW
+
 #include "winreg.h"
 #include "windef.h"
 #include "wingdi.h"

@@ -150,17 +150,17 @@ TEST_F(ExcelCellEvaluatorTest, APassReadsEachWorkbookOnceAndTheNextPassReadsItAn
     std::filesystem::copy_file(kWorkbooks / "cells.xlsx", copy);
     auto* loader = static_cast<AsdkQuillmarkEvaluatorLoader*>(acdbGetFieldEngine()->getEvaluatorLoader(0));
     ASSERT_NE(loader, nullptr);
-    CWorkbookCache& cache = loader->excelCell()->cache();
-    int before = cache.Reads();
+    CPassFileCache<CWorkbookContent>& cache = loader->ExcelCell()->Workbooks();
+    int before = cache.Loads();
     // Outside a pass every evaluation reads the file.
     Evaluate(Wide(copy) + L":Data:$A$1");
     Evaluate(Wide(copy) + L":Data:$B$1");
-    EXPECT_EQ(cache.Reads(), before + 2);
+    EXPECT_EQ(cache.Loads(), before + 2);
     cache.BeginPass();
     for (const wchar_t* cell : {L"$A$1", L"$A$2", L"$E$2", L"$AB$12"}) Evaluate(Wide(copy) + L":Data:" + cell);
     Evaluate(Wide(m_folder.path() / "gone.xlsx") + L":Data:$A$1");
     Evaluate(Wide(m_folder.path() / "gone.xlsx") + L":Data:$A$2");
-    EXPECT_EQ(cache.Reads(), before + 4);  // the book once, the missing file once
+    EXPECT_EQ(cache.Loads(), before + 4);  // the book once, the missing file once
     // The file changes within the pass: the pass keeps what it read.
     std::filesystem::copy_file(kWorkbooks / "second.xlsx", copy, std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(Evaluate(Wide(copy) + L":Data:$A$1").value, L"Item");

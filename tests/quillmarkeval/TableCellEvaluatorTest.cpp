@@ -56,9 +56,10 @@ protected:
     static std::wstring Code(const std::wstring& reference) { return L"%<\\TableCell " + reference + L">%"; }
 };
 
-TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheEvaluatorsItHolds) {
+TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheIdsItEvaluates) {
     AcFdFieldEngine* engine = acdbGetFieldEngine();
     ASSERT_EQ(engine->evaluatorLoaderCount(), 1);
+    EXPECT_EQ(engine->fieldReactorCount(), 1);  // the reactor that tells the evaluators of each pass
     AcFdFieldEvaluator* evaluator = engine->getEvaluator(L"TableCell");
     ASSERT_NE(evaluator, nullptr);
     EXPECT_STREQ(evaluator->evaluatorId(), L"TableCell");
@@ -70,9 +71,12 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheEvaluato
     const wchar_t* ids[] = {L"AcArea", L"AcLength", L"AcBlockCount", L"TextField", L"ExcelCell", L"TableCell"};
     for (int i = 0; i < 6; ++i) {
         EXPECT_STREQ(slots[i].id, ids[i]);
-        EXPECT_EQ(slots[i].built, i >= 4) << ids[i];
-        if (i < 4) {
+        bool built = i >= 3;
+        EXPECT_EQ(slots[i].built, built) << ids[i];
+        if (!built) {
             EXPECT_EQ(engine->getEvaluator(ids[i]), nullptr) << ids[i];
+        } else {
+            EXPECT_NE(engine->getEvaluator(ids[i]), nullptr) << ids[i];
         }
     }
     AcDbField field(L"%<\\AcArea Object(<2F1>)>%");
@@ -82,6 +86,7 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheEvaluato
 
     ASSERT_TRUE(host().linker().unloadModule(L"QuillmarkEval.dbx"));
     EXPECT_EQ(engine->evaluatorLoaderCount(), 0);
+    EXPECT_EQ(engine->fieldReactorCount(), 0);
     EXPECT_EQ(engine->getEvaluator(L"TableCell"), nullptr);
 }
 

@@ -12,6 +12,11 @@ string(REPLACE "@BIN@" "${BIN}" text "${text}")
 string(REPLACE "@WORK@" "${WORK}" text "${text}")
 string(REPLACE "@SOURCE@" "${folder}" text "${text}")
 file(WRITE ${WORK}/${name}.qms "${text}")
+# A folder NAME.files beside the script holds files the session works on:
+# they are copied into the work folder, where the session starts.
+if(IS_DIRECTORY ${folder}/${name}.files)
+  file(COPY ${folder}/${name}.files/ DESTINATION ${WORK})
+endif()
 
 set(exit 0)
 if(text MATCHES "# expect exit ([0-9]+)")

@@ -17,6 +17,8 @@ void Document::SetFileName(std::wstring fileName) {
     m_fileName = std::move(fileName);
     m_title = m_fileName.empty() ? L"Drawing1.dxf"
                                  : FromUtf8(std::filesystem::path(ToUtf8(m_fileName)).filename().string());
+    m_frameworkDocument.SetPathName(m_fileName.c_str(), FALSE);
+    m_frameworkDocument.SetTitle(m_title.c_str());
 }
 
 DocumentManager::DocumentManager(HINSTANCE hostResources) : m_hostResources(hostResources) {}

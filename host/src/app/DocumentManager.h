@@ -3,6 +3,7 @@
 #pragma once
 
 #include <acdocman.h>
+#include <afxwin.h>
 #include <dbmain.h>
 
 #include <memory>
@@ -19,9 +20,12 @@ public:
     const ACHAR* fileName() const override { return m_fileName.c_str(); }
     const ACHAR* docTitle() const override { return m_title.c_str(); }
     void SetFileName(std::wstring fileName);
+    // The framework's document of the drawing, which follows its file name.
+    CDocument& frameworkDocument() { return m_frameworkDocument; }
 
 private:
     std::unique_ptr<AcDbDatabase> m_database;
+    CDocument m_frameworkDocument;
     std::wstring m_fileName;
     std::wstring m_title;
 };

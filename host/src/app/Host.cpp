@@ -46,6 +46,14 @@ void MenuLoadCommand() {
     for (wchar_t& c : group) c = static_cast<wchar_t>(std::towupper(c));
     host.Print(L"\nCustomization file loaded successfully. Customization Group: " + group);
 }
+
+// A drawing's file as its document keeps it: the full path, as the
+// platform keeps it, so that paths relative to the drawing can be made.
+std::wstring FullPathOf(const std::filesystem::path& path) {
+    std::error_code ec;
+    std::filesystem::path full = std::filesystem::absolute(path, ec);
+    return FromUtf8((ec ? path : full.lexically_normal()).string());
+}
 }  // namespace
 
 Host* Host::Current() { return s_current; }
@@ -111,7 +119,7 @@ void Host::ReplaceDrawing(std::unique_ptr<AcDbDatabase> database, std::wstring f
 
 bool Host::OpenDrawing(const std::filesystem::path& path, std::wstring& error) {
     auto database = std::make_unique<AcDbDatabase>(false);
-    std::wstring name = FromUtf8(path.string());
+    std::wstring name = FullPathOf(path);
     if (database->readDwgFile(name.c_str()) != Acad::eOk) {
         error = database->impl().lastError;
         return false;
@@ -126,7 +134,7 @@ bool Host::SaveDrawing(const std::filesystem::path& path, std::wstring& error) {
         error = L"no drawing is open";
         return false;
     }
-    std::wstring name = FromUtf8(path.string());
+    std::wstring name = FullPathOf(path);
     if (document->database()->saveAs(name.c_str()) != Acad::eOk) {
         error = document->database()->impl().lastError;
         return false;

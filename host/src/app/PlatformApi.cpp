@@ -1,4 +1,5 @@
 // The platform's global calls, each answered by the running host.
+#include <aced.h>
 #include <acdocman.h>
 #include <adslib.h>
 #include <afxwin.h>
@@ -21,6 +22,12 @@ AcRxDictionary* acrxSysRegistry() { return &Host::Require().sysRegistry(); }
 AcApDocManager* acDocManagerPtr() {
     Host* host = Host::Current();
     return host ? &host->documents() : nullptr;
+}
+
+CDocument* acedGetAcadDoc() {
+    Host* host = Host::Current();
+    cadhost::Document* document = host ? host->documents().Current() : nullptr;
+    return document ? &document->frameworkDocument() : nullptr;
 }
 
 AcDbHostApplicationServices* acdbHostApplicationServices() { return &Host::Require().services(); }

@@ -13,6 +13,11 @@
 ACRX_DEFINE_MEMBERS(AcFdFieldEvaluator, AcRxObject)
 ACRX_DEFINE_MEMBERS(AcFdFieldEvaluatorLoader, AcRxObject)
 ACRX_DEFINE_MEMBERS(AcFdFieldEngine, AcRxObject)
+ACRX_DEFINE_MEMBERS(AcFdFieldReactor, AcRxObject)
+
+AcFdFieldReactor::~AcFdFieldReactor() = default;
+Acad::ErrorStatus AcFdFieldReactor::beginEvaluateFields(int, AcDbDatabase*) { return Acad::eOk; }
+Acad::ErrorStatus AcFdFieldReactor::endEvaluateFields(int, AcDbDatabase*) { return Acad::eOk; }
 
 AcFdFieldEvaluator::~AcFdFieldEvaluator() = default;
 const ACHAR* AcFdFieldEvaluator::evaluatorId() const { return L""; }
@@ -38,14 +43,28 @@ struct AcFdFieldEngine::Impl {
         AcFdFieldEvaluatorLoader* loader;
         HMODULE module;  // whose code the loader runs
     };
+    struct Reactor {
+        AcFdFieldReactor* reactor;
+        HMODULE module;
+    };
     std::vector<Entry> loaders;
+    std::vector<Reactor> reactors;
     cadhost::TextFieldEvaluator textEvaluator;
 
-    // The module that holds a loader's class: its table of virtual
+    // The module that holds an object's class: its table of virtual
     // functions lies in that module's image.
-    static HMODULE ModuleOf(const AcFdFieldEvaluatorLoader* loader) {
-        const void* table = *reinterpret_cast<const void* const*>(loader);
+    static HMODULE ModuleOf(const AcRxObject* object) {
+        const void* table = *reinterpret_cast<const void* const*>(object);
         return cadhost::ModuleTable::Instance().FromAddress(table);
+    }
+    // A copy, so that a reactor may come or go while the others are told.
+    std::vector<AcFdFieldReactor*> Reactors() const {
+        std::vector<AcFdFieldReactor*> out;
+        for (const Reactor& entry : reactors) out.push_back(entry.reactor);
+        return out;
+    }
+    bool HasReactor(const AcFdFieldReactor* reactor) const {
+        return std::any_of(reactors.begin(), reactors.end(), [reactor](const Reactor& e) { return e.reactor == reactor; });
     }
     // A copy, so that a loader may register or withdraw while it is asked.
     std::vector<AcFdFieldEvaluatorLoader*> Snapshot() const {
@@ -112,11 +131,47 @@ AcFdFieldEvaluator* AcFdFieldEngine::findEvaluator(AcDbField* field, const ACHAR
 
 int AcFdFieldEngine::dropLoadersOfModule(HMODULE module) {
     if (!module) return 0;
+    std::erase_if(m_impl->reactors, [module](const Impl::Reactor& entry) { return entry.module == module; });
     return static_cast<int>(
         std::erase_if(m_impl->loaders, [module](const Impl::Entry& entry) { return entry.module == module; }));
+}
+
+Acad::ErrorStatus AcFdFieldEngine::addFieldReactor(AcFdFieldReactor* reactor) {
+    if (!reactor) return Acad::eNullObjectPointer;
+    if (m_impl->HasReactor(reactor)) return Acad::eDuplicateKey;
+    m_impl->reactors.push_back({reactor, Impl::ModuleOf(reactor)});
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcFdFieldEngine::removeFieldReactor(AcFdFieldReactor* reactor) {
+    if (!reactor || !m_impl->HasReactor(reactor)) return Acad::eKeyNotFound;
+    std::erase_if(m_impl->reactors, [reactor](const Impl::Reactor& entry) { return entry.reactor == reactor; });
+    return Acad::eOk;
+}
+
+int AcFdFieldEngine::fieldReactorCount() const { return static_cast<int>(m_impl->reactors.size()); }
+
+void AcFdFieldEngine::beginEvaluateFields(int context, AcDbDatabase* database) {
+    for (AcFdFieldReactor* reactor : m_impl->Reactors())
+        if (m_impl->HasReactor(reactor)) reactor->beginEvaluateFields(context, database);
+}
+
+void AcFdFieldEngine::endEvaluateFields(int context, AcDbDatabase* database) {
+    for (AcFdFieldReactor* reactor : m_impl->Reactors())
+        if (m_impl->HasReactor(reactor)) reactor->endEvaluateFields(context, database);
 }
 
 AcFdFieldEngine* acdbGetFieldEngine() {
     cadhost::Host* host = cadhost::Host::Current();
     return host ? &host->fieldEngine() : nullptr;
+}
+
+Acad::ErrorStatus acdbAddFieldReactor(AcFdFieldReactor* reactor) {
+    AcFdFieldEngine* engine = acdbGetFieldEngine();
+    return engine ? engine->addFieldReactor(reactor) : Acad::eNotApplicable;
+}
+
+Acad::ErrorStatus acdbRemoveFieldReactor(AcFdFieldReactor* reactor) {
+    AcFdFieldEngine* engine = acdbGetFieldEngine();
+    return engine ? engine->removeFieldReactor(reactor) : Acad::eNotApplicable;
 }

@@ -134,8 +134,30 @@ std::wstring ShownInText(const std::wstring& value) {
     return out;
 }
 
+namespace {
+
+// The field reactors hear of the whole pass, however it ends.
+class EvaluationPass {
+public:
+    EvaluationPass(int context, AcDbDatabase& database) : m_context(context), m_database(database) {
+        if (AcFdFieldEngine* engine = acdbGetFieldEngine()) engine->beginEvaluateFields(m_context, &m_database);
+    }
+    ~EvaluationPass() {
+        if (AcFdFieldEngine* engine = acdbGetFieldEngine()) engine->endEvaluateFields(m_context, &m_database);
+    }
+    EvaluationPass(const EvaluationPass&) = delete;
+    EvaluationPass& operator=(const EvaluationPass&) = delete;
+
+private:
+    int m_context;
+    AcDbDatabase& m_database;
+};
+
+}  // namespace
+
 FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
     FieldUpdateReport report;
+    EvaluationPass pass(context, database);
     for (AcDbObjectId textId : Entities(database)) {
         auto fields = FieldsOf(textId);
         if (fields.empty()) continue;

@@ -10,6 +10,7 @@ using namespace cadhost::spreadsheet;
 
 struct CWorkbookFile::Impl {
     std::unique_ptr<Workbook> book;
+    size_t bytes;
 };
 
 CWorkbookFile* CWorkbookFile::Open(LPCWSTR path, CString& why) {
@@ -19,7 +20,9 @@ CWorkbookFile* CWorkbookFile::Open(LPCWSTR path, CString& why) {
         why = reason.c_str();
         return nullptr;
     }
-    return new CWorkbookFile(new Impl{std::move(book)});
+    std::error_code error;
+    std::uintmax_t size = std::filesystem::file_size(std::filesystem::path(ToUtf8(path)), error);
+    return new CWorkbookFile(new Impl{std::move(book), error ? 0 : static_cast<size_t>(size)});
 }
 
 CWorkbookFile::~CWorkbookFile() { delete m_impl; }
@@ -31,6 +34,8 @@ CString CWorkbookFile::GetSheetName(int sheet) const {
     if (sheet < 0 || static_cast<size_t>(sheet) >= sheets.size()) return CString();
     return CString(sheets[static_cast<size_t>(sheet)].name);
 }
+
+size_t CWorkbookFile::GetByteCount() const { return m_impl->bytes; }
 
 long CWorkbookFile::GetMaxRows() const { return static_cast<long>(m_impl->book->maxRows()); }
 

@@ -165,3 +165,45 @@ TEST(FieldUpdateText, LineBreaksBecomeParagraphsOrBlanks) {
 }
 
 }  // namespace
+
+namespace {
+
+// Writes down what it hears, and how many fields had been evaluated then.
+class RecordingReactor : public AcFdFieldReactor {
+public:
+    Acad::ErrorStatus beginEvaluateFields(int context, AcDbDatabase* database) override {
+        heard.push_back("begin " + std::to_string(context) + (database ? "" : " without database"));
+        return Acad::eOk;
+    }
+    Acad::ErrorStatus endEvaluateFields(int context, AcDbDatabase* database) override {
+        heard.push_back("end " + std::to_string(context) + (database ? "" : " without database"));
+        return Acad::eOk;
+    }
+    std::vector<std::string> heard;
+};
+
+TEST_F(FieldUpdateTest, FieldReactorsHearEachPassBeginAndEndOnce) {
+    RecordingReactor reactor, removed;
+    AcFdFieldEngine& engine = host().fieldEngine();
+    int before = engine.fieldReactorCount();
+    ASSERT_EQ(acdbAddFieldReactor(&reactor), Acad::eOk);
+    EXPECT_EQ(acdbAddFieldReactor(&reactor), Acad::eDuplicateKey);
+    ASSERT_EQ(acdbAddFieldReactor(&removed), Acad::eOk);
+    EXPECT_EQ(engine.fieldReactorCount(), before + 2);
+    EXPECT_EQ(acdbRemoveFieldReactor(&removed), Acad::eOk);
+    EXPECT_EQ(acdbRemoveFieldReactor(&removed), Acad::eKeyNotFound);
+    EXPECT_EQ(acdbAddFieldReactor(nullptr), Acad::eNullObjectPointer);
+
+    cadhost::UpdateFields(*db(), AcDbField::kRegen);
+    cadhost::UpdateFields(*db(), AcDbField::kDemand);
+    EXPECT_EQ(reactor.heard, (std::vector<std::string>{"begin 16", "end 16", "begin 32", "end 32"}));
+    EXPECT_TRUE(removed.heard.empty());
+    // A field evaluated on its own is no pass.
+    AcDbField field(L"%<\\TableCell Table(<31>).$A$1>%");
+    field.evaluate(AcDbField::kPreview, db());
+    EXPECT_EQ(reactor.heard.size(), 4u);
+    EXPECT_EQ(acdbRemoveFieldReactor(&reactor), Acad::eOk);
+    EXPECT_EQ(engine.fieldReactorCount(), before);
+}
+
+}  // namespace

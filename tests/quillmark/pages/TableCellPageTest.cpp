@@ -1,59 +1,21 @@
 // The Table Cell page inside the Field dialog: cell references and their
 // message, the code of the page, the cell name through the hook, and a
 // stored field loaded into the page.
-#include <dbapserv.h>
-
 #include <filesystem>
 
-#include "HostResource.h"
 #include "host/fields/FieldTestSupport.h"
 #include "pages/AsdkTableCellFieldOptionDialog.h"
-#include "plugin/hook/AsdkCustomOptionDialogHook.h"
-#include "support/ModulePagesTest.h"
-#include "ui/UserInput.h"
+#include "support/QuillmarkPageTest.h"
 
 namespace {
 
-// A hook that counts how often a page asks it to bring the code up to date.
-class CountingHook : public AsdkCustomOptionDialogHook {
-public:
-    BOOL UpdateFieldCode() override {
-        ++updates;
-        return AsdkCustomOptionDialogHook::UpdateFieldCode();
-    }
-    int updates = 0;
-};
-
-class TableCellPageTest : public qmtest::ModulePagesTest {
+class TableCellPageTest : public qmtest::QuillmarkPageTest {
 protected:
-    CAcFdUiFieldDialogHook& Hook() override { return m_hook; }
-
     // Runs the Field dialog on the Table Cell page; the test acts on the page.
-    void OnPage(std::function<void(CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog&)> act,
+    void OnPage(const std::function<void(CAcFdUiFieldDialog&, AsdkTableCellFieldOptionDialog&)>& act,
                 AcDbField* edited = nullptr) {
-        CAcFdUiFieldDialog dialog(acdbHostApplicationServices()->workingDatabase(), 0, edited);
-        m_driver.onModal = [&](HWND) {
-            if (!edited) {
-                auto* list = static_cast<CListBox*>(dialog.GetDlgItem(IDC_ACFD_FIELD_LIST));
-                int index = list->FindStringExact(-1, L"QM Table Cell");
-                ASSERT_GE(index, 0);
-                ASSERT_EQ(cadhost::ui::UserChoose(list->m_hWnd, index), L"");
-            }
-            auto* page = dynamic_cast<AsdkTableCellFieldOptionDialog*>(m_hook.Page(QM_FIELD_TABLE_CELL));
-            ASSERT_NE(page, nullptr);
-            act(dialog, *page);
-            dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
-        };
-        dialog.DoModal();
-        delete dialog.TakeField();
+        RunPage(L"QM Table Cell", QM_FIELD_TABLE_CELL, act, edited);
     }
-    static std::wstring Text(CWnd& page, int id) {
-        CString text;
-        page.GetDlgItemText(id, text);
-        return text.str();
-    }
-
-    CountingHook m_hook;
 };
 
 TEST_F(TableCellPageTest, CellReferencesCountFromOneAndReachToZZ) {

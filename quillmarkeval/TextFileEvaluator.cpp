@@ -1,0 +1,144 @@
+#include "TextFileEvaluator.h"
+
+#include <shlwapi.h>
+#include <tchar.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include "EvaluatorIds.h"
+#include "TableCellEvaluator.h"
+#include "TextDecoding.h"
+
+namespace {
+
+// What a pass keeps of the files it read, in characters: 16 files at the
+// limit, or thousands of ordinary notes.
+const size_t kPassBudget = 16 * QM_TEXT_FILE_LIMIT;
+
+const int kPathBufferLength = MAX_PATH;
+
+Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& message) {
+    if (result) result->setEvaluationStatus(status, 0, message);
+    return Acad::eInvalidInput;
+}
+
+CTextFileContent Failed(const std::wstring& reason) {
+    CTextFileContent content;
+    content.reason = reason;
+    return content;
+}
+
+std::wstring OpenFailure(int error) {
+    switch (error) {
+    case EACCES:
+    case EPERM:
+        return L"cannot be read: access is denied.";
+    case ENOENT:
+        return L"does not exist.";
+    case EISDIR:
+        return L"is a folder, not a text file.";
+    default:
+        return L"cannot be opened (error " + std::to_wstring(error) + L").";
+    }
+}
+
+// The path of the file named by the code, in full: a relative one from the
+// folder of the drawing's file. FALSE, with the message, when there is none.
+BOOL FullPathOf(const CString& path, AcDbDatabase* database, CString& fullPath, CString& message) {
+    WCHAR combined[kPathBufferLength];
+    if (PathIsRelativeW(path)) {
+        const ACHAR* drawing = nullptr;
+        if (!database || database->getFilename(drawing) != Acad::eOk || !drawing || !*drawing) {
+            message.Format(L"The path %s is relative to the drawing's folder, and the drawing has not been saved yet.",
+                           (LPCTSTR)path);
+            return FALSE;
+        }
+        WCHAR folder[kPathBufferLength];
+        if (wcslen(drawing) >= static_cast<size_t>(kPathBufferLength)) {
+            message.Format(L"The drawing's path is longer than %d characters, so %s cannot be found from it.",
+                           kPathBufferLength - 1, (LPCTSTR)path);
+            return FALSE;
+        }
+        wcscpy(folder, drawing);
+        PathRemoveFileSpecW(folder);
+        if (!PathCombineW(combined, folder, path)) {
+            message.Format(L"The path %s, read from the drawing's folder %s, is longer than %d characters.",
+                           (LPCTSTR)path, folder, kPathBufferLength - 1);
+            return FALSE;
+        }
+    } else if (!PathCombineW(combined, nullptr, path)) {
+        message.Format(L"The path of the text file is longer than %d characters: %s", kPathBufferLength - 1,
+                       (LPCTSTR)path);
+        return FALSE;
+    }
+    fullPath = combined;
+    return TRUE;
+}
+
+}  // namespace
+
+CTextFileContent ReadTextFile(const std::wstring& fullPath) {
+    DWORD attributes = GetFileAttributesW(fullPath.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return Failed(GetLastError() == ERROR_ACCESS_DENIED ? L"cannot be reached: access is denied."
+                                                            : L"does not exist.");
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return Failed(L"is a folder, not a text file.");
+    // A device or a pipe might never end, or never begin.
+    if (attributes & FILE_ATTRIBUTE_DEVICE) return Failed(L"is not a plain file.");
+
+    FILE* file = _wfopen(fullPath.c_str(), L"rb");
+    if (!file) return Failed(OpenFailure(errno));
+    std::string bytes;
+    bytes.resize(QM_TEXT_FILE_LIMIT + 1);
+    size_t got = std::fread(bytes.data(), 1, bytes.size(), file);
+    bool broken = std::ferror(file) != 0;
+    int error = errno;
+    long size = got > QM_TEXT_FILE_LIMIT && std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
+    std::fclose(file);
+    if (broken) return Failed(error == EISDIR ? OpenFailure(error) : L"cannot be read (error " + std::to_wstring(error) + L").");
+    if (got > QM_TEXT_FILE_LIMIT) {
+        std::wstring length = size > 0 ? std::to_wstring(size) + L" bytes" : L"more than that";
+        return Failed(L"is larger than the " + std::to_wstring(QM_TEXT_FILE_LIMIT) +
+                      L" bytes (1 MiB) a Text File field shows: " + length + L".");
+    }
+    bytes.resize(got);
+    DecodedText decoded = DecodeTextFile(bytes);
+    if (decoded.nulAt != std::wstring::npos)
+        return Failed(L"is not text: it holds a NUL byte at offset " + std::to_wstring(decoded.nulAt) + L".");
+    CTextFileContent content;
+    content.read = true;
+    content.text = JoinLines(decoded.text);
+    return content;
+}
+
+AsdkTextFileEvaluator::AsdkTextFileEvaluator() : m_files(kPassBudget) {}
+AsdkTextFileEvaluator::~AsdkTextFileEvaluator() = default;
+
+const ACHAR* AsdkTextFileEvaluator::evaluatorId() const { return QM_EVAL_TEXT_FILE; }
+
+Acad::ErrorStatus AsdkTextFileEvaluator::evaluate(AcDbField* field, int, AcDbDatabase* database,
+                                                  AcFdFieldResult* result) {
+    if (!field || !result) return Acad::eNullObjectPointer;
+    CString path = GetFieldArguments(field);
+    path.Trim();
+    if (path.IsEmpty()) return Fail(result, AcDbField::kInvalidCode, L"The field names no text file.");
+    AcFdFieldValue data((LPCTSTR)path);
+    field->setData(QM_TEXT_FILE_DATA, &data);
+
+    if (!database) database = field->database();
+    CString fullPath, message;
+    if (!FullPathOf(path, database, fullPath, message)) return Fail(result, AcDbField::kInvalidCode, message);
+    const CTextFileContent& content = m_files.Get(fullPath.str(), ReadTextFile);
+    if (!content.read) {
+        CString named = path;
+        if (fullPath != path) named.Format(L"%s (%s)", (LPCTSTR)path, (LPCTSTR)fullPath);
+        message.Format(L"The file %s %s", (LPCTSTR)named, content.reason.c_str());
+        return Fail(result, AcDbField::kInvalidCode, message);
+    }
+    AcValue value(content.text.c_str());
+    result->setFieldValue(&value);
+    result->setEvaluationStatus(AcDbField::kSuccess);
+    return Acad::eOk;
+}

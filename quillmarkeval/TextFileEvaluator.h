@@ -1,0 +1,44 @@
+// The evaluator of TextField codes: the value is the text of the file the
+// code names, in full or relative to the drawing's folder.
+#pragma once
+
+#include "StdAfx.h"
+
+#include <string>
+
+#include "PassFileCache.h"
+
+// The largest file a Text File field shows, in bytes.
+#define QM_TEXT_FILE_LIMIT (1024 * 1024)
+
+// What reading one file gave: its text, or why there is none.
+struct CTextFileContent {
+    bool read = false;
+    std::wstring text;    // the lines joined by "\n"
+    std::wstring reason;  // "does not exist.", "is a folder, not a text file." ...
+    size_t Weight() const { return text.size() + reason.size(); }
+};
+
+// Reads a text file by its full path (see TextDecoding.h for the text).
+CTextFileContent ReadTextFile(const std::wstring& fullPath);
+
+class AsdkTextFileEvaluator : public AcFdFieldEvaluator {
+public:
+    AsdkTextFileEvaluator();
+    ~AsdkTextFileEvaluator() override;
+
+    const ACHAR* evaluatorId() const override;
+    // The data item "TextField Data" holds the path as the code wrote it,
+    // whenever the code names one, so that the field can be edited even
+    // when its file is gone. The value is the file's text; a file that is
+    // missing, a folder, unreadable, not text (it holds a NUL) or larger
+    // than QM_TEXT_FILE_LIMIT fails with a message that names the path.
+    Acad::ErrorStatus evaluate(AcDbField* field, int context, AcDbDatabase* database,
+                               AcFdFieldResult* result) override;
+
+    // The files read, kept for the length of an evaluation pass.
+    CPassFileCache<CTextFileContent>& Files() { return m_files; }
+
+private:
+    CPassFileCache<CTextFileContent> m_files;
+};
