@@ -7,6 +7,7 @@
 #include "Product.h"
 #include "fieldcode/FieldCodeForms.h"
 #include "pages/PageSupport.h"
+#include "pages/PathType.h"
 #include "plugin/ModuleState.h"
 
 IMPLEMENT_DYNAMIC(AsdkExcelRangeOptionDialog, CAcFdUiFieldOptionDialog)
@@ -17,11 +18,16 @@ BEGIN_MESSAGE_MAP(AsdkExcelRangeOptionDialog, CAcFdUiFieldOptionDialog)
     ON_EN_CHANGE(IDC_PATH, &AsdkExcelRangeOptionDialog::OnCellTextChanged)
     ON_EN_CHANGE(IDC_COLUMN, &AsdkExcelRangeOptionDialog::OnCellTextChanged)
     ON_EN_CHANGE(IDC_ROW, &AsdkExcelRangeOptionDialog::OnCellTextChanged)
+    ON_CBN_SELCHANGE(IDC_PATH_TYPE, &AsdkExcelRangeOptionDialog::OnPathTypeChanged)
+    ON_BN_CLICKED(IDC_RECENT_FILES, &AsdkExcelRangeOptionDialog::OnRecentFileMenu)
+    ON_COMMAND_RANGE(ID_RECENT_FILE_FIRST, ID_RECENT_FILE_LAST, &AsdkExcelRangeOptionDialog::OnRecentFile)
 END_MESSAGE_MAP()
 
 AsdkExcelRangeOptionDialog::AsdkExcelRangeOptionDialog(CAcFdUiFieldDialogHook* hook, CAcFdUiFieldDialog* dialog,
                                                        HINSTANCE instance)
-    : CAcFdUiFieldOptionDialog(hook, dialog, IDD, instance) {}
+    : CAcFdUiFieldOptionDialog(hook, dialog, IDD, instance),
+      m_recentFiles(0, QM_EXCEL_RECENT_SECTION, QM_RECENT_ENTRY_FORMAT, QM_RECENT_CAPACITY,
+                    QM_RECENT_DISPLAY_LENGTH) {}
 
 AsdkExcelRangeOptionDialog::~AsdkExcelRangeOptionDialog() = default;
 
@@ -44,9 +50,8 @@ BOOL AsdkExcelRangeOptionDialog::Create(CWnd* parent) {
 
 BOOL AsdkExcelRangeOptionDialog::OnInitDialog() {
     CAcFdUiFieldOptionDialog::OnInitDialog();
-    m_pathType.AddString(L"Full Path");
-    m_pathType.AddString(L"Relative Path");
-    m_pathType.SetCurSel(0);
+    FillPathTypes(m_pathType);
+    m_recentFiles.ReadList();
     return TRUE;
 }
 
@@ -63,7 +68,31 @@ CString AsdkExcelRangeOptionDialog::GetFieldCode() {
         m_column.GetWindowText(column);
         m_row.GetWindowText(row);
     }
-    return ComposeExcelCellFieldCode(path, sheet, column, row);
+    // The composer leaves out the relative path step for an incomplete page.
+    CRelativePathStep relative(this);
+    bool makeRelative = m_pathType.m_hWnd && m_pathType.GetCurSel() == QM_PATH_TYPE_RELATIVE;
+    return ComposeExcelCellFieldCode(path, sheet, column, row, makeRelative ? &relative : nullptr);
+}
+
+void AsdkExcelRangeOptionDialog::OnPathTypeChanged() { ChangePathType(this); }
+
+void AsdkExcelRangeOptionDialog::OnRecentFileMenu() { ShowRecentFileMenu(this, m_recentFiles); }
+
+void AsdkExcelRangeOptionDialog::OnRecentFile(UINT id) {
+    CString path;
+    if (!GetRecentFile(m_recentFiles, id, path)) return;
+    m_path.SetWindowText(path);
+    if (!PathFileExistsW(path)) {
+        // The entry stays in the list; the page holds the path alone.
+        CString message;
+        message.Format(QM_MESSAGE_CANNOT_FIND, (const ACHAR*)path);
+        MessageBox(message, QM_MESSAGE_TITLE, MB_OK | MB_ICONINFORMATION);
+        m_sheetName.SetWindowText(L"");
+        m_column.SetWindowText(L"");
+        m_row.SetWindowText(L"");
+        return;
+    }
+    FillFromWorkbook(path);
 }
 
 void AsdkExcelRangeOptionDialog::ReportException(CException* e) {
@@ -103,6 +132,8 @@ void AsdkExcelRangeOptionDialog::OnBrowse() {
     if (dialog.DoModal() != IDOK) return;
     CString path = dialog.GetPathName();
     m_path.SetWindowText(path);
+    m_recentFiles.Add(path);
+    m_recentFiles.WriteList();
     FillFromWorkbook(path);
 }
 
@@ -144,6 +175,14 @@ BOOL AsdkExcelRangeOptionDialog::LoadField(AcDbField* field) {
     CString path = head.Left(sheetColon);
     if (cell.IsEmpty() || sheet.IsEmpty() || path.IsEmpty()) return FALSE;
     if (!m_hWnd) return FALSE;
+    // A relative path shows in full, with "Relative Path", so that composing
+    // makes it relative again; one that cannot be resolved changes nothing.
+    if (PathIsRelativeW(path)) {
+        CString full;
+        if (!ResolveRelativePath(path, full)) return FALSE;
+        path = full;
+        m_pathType.SetCurSel(QM_PATH_TYPE_RELATIVE);
+    }
 
     m_path.SetWindowText(path);
     m_sheetName.SetWindowText(sheet);

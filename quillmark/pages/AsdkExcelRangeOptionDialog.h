@@ -9,6 +9,7 @@
 #include <AcFdUi.h>
 #include <comdef.h>
 
+#include "pages/RecentFileListEx.h"
 #include "resources/resource.h"
 
 // The key under which the evaluator keeps the path, sheet and cell of the code.
@@ -36,12 +37,18 @@ public:
     // is gone pass without a message.
     BOOL LoadField(AcDbField* field);
 
+    // The list of recent files, as the page holds it.
+    CRecentFileListEx& RecentFiles() { return m_recentFiles; }
+
 protected:
     void DoDataExchange(CDataExchange* pDX) override;
     BOOL OnInitDialog() override;
     afx_msg void OnBrowse();
     afx_msg void OnGetActiveCell();
     afx_msg void OnCellTextChanged();
+    afx_msg void OnPathTypeChanged();
+    afx_msg void OnRecentFileMenu();
+    afx_msg void OnRecentFile(UINT id);
 
     // The step that browsing and a recent file share: the sheet and cell
     // active in Excel into the boxes, inside a session.
@@ -57,6 +64,7 @@ protected:
     CEdit m_path;
     CEdit m_column;
     CEdit m_row;
+    CRecentFileListEx m_recentFiles;
 
     DECLARE_MESSAGE_MAP()
 };

@@ -9,7 +9,9 @@
 #include "ArxUtils/ExcelUtils.h"
 #include "core/Utf8.h"
 #include "pages/AsdkExcelRangeOptionDialog.h"
+#include "pages/PathType.h"
 #include "plugin/hook/AsdkCustomOptionDialogHook.h"
+#include "services/Registry.h"
 #include "spreadsheet/SpreadsheetProgram.h"
 #include "support/ModulePagesTest.h"
 #include "ui/UserInput.h"
@@ -77,6 +79,17 @@ protected:
         for (const auto& box : m_driver.boxes) texts.push_back(box.text);
         m_driver.boxes.clear();
         return texts;
+    }
+    // The drawing saved in a folder of the test, so that it has a path;
+    // the workbooks it names are copied beside it.
+    std::wstring SaveDrawing() {
+        std::filesystem::path site = m_folder.path() / "site";
+        std::filesystem::create_directories(site / "data");
+        std::filesystem::copy_file(kWorkbooks / "cells.xlsx", site / "data" / "cells.xlsx",
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::wstring error;
+        EXPECT_TRUE(host().SaveDrawing(site / "plan.dxf", error)) << cadhost::ToUtf8(error);
+        return cadhost::FromUtf8(site.string());
     }
     // No reference to Excel is left behind by a page's action.
     void ExpectReleased() {
@@ -273,6 +286,103 @@ TEST_F(ExcelCellPageTest, IncompleteDataChangesNothingAndAnUnreadableCellShowsRo
         EXPECT_TRUE(page.LoadField(&drive.field));
         EXPECT_EQ(Boxes(page), L"C:\\data\\gone.xls|Sheet1|A|0");
         EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell C:\\data\\gone.xls:Sheet1:$A$0>%");
+    });
+    EXPECT_FALSE(program().running());
+}
+
+TEST_F(ExcelCellPageTest, BrowsingUsesTheExcelFilterAndPutsTheFileInFrontOfTheStoredList) {
+    OnPage([&](CAcFdUiFieldDialog&, AsdkExcelRangeOptionDialog& page) {
+        m_driver.file = Workbook("cells.xlsx");
+        Click(page, IDC_BROWSE);
+        ASSERT_EQ(m_driver.fileDialogs.size(), 1u);
+        EXPECT_TRUE(m_driver.fileDialogs[0].open);
+        EXPECT_EQ(m_driver.fileDialogs[0].filter, L"Microsoft Excel Files(*.xls)|*.xls||");
+        EXPECT_EQ(page.RecentFiles()[0].str(), Workbook("cells.xlsx"));
+        EXPECT_EQ(CRegistry::GetProfileString(QM_EXCEL_RECENT_SECTION, L"File1", L"-").str(), Workbook("cells.xlsx"));
+        EXPECT_EQ(CRegistry::GetProfileString(QM_EXCEL_RECENT_SECTION, L"File9", L"absent").str(), L"");
+        // Get Active Cell does not touch the list.
+        Click(page, IDC_ACTIVE_CELL);
+        EXPECT_EQ(page.RecentFiles()[1].str(), L"");
+        ExpectReleased();
+    });
+}
+
+TEST_F(ExcelCellPageTest, ARecentFileThatIsGoneEmptiesTheOtherBoxesAndStaysInTheList) {
+    CRegistry::WriteProfileString(QM_EXCEL_RECENT_SECTION, L"File1", Workbook("gone.xlsx").c_str());
+    CRegistry::WriteProfileString(QM_EXCEL_RECENT_SECTION, L"File2", Workbook("cells.xls").c_str());
+    OnPage([&](CAcFdUiFieldDialog&, AsdkExcelRangeOptionDialog& page) {
+        // The second entry opens its workbook and takes its sheet and cell.
+        page.SendMessage(WM_COMMAND, MAKEWPARAM(ID_RECENT_FILE_FIRST + 1, 0), 0);
+        EXPECT_EQ(Boxes(page), Workbook("cells.xls") + L"|Second|C|7");
+        ExpectReleased();
+        page.SendMessage(WM_COMMAND, MAKEWPARAM(ID_RECENT_FILE_FIRST, 0), 0);
+        ASSERT_EQ(m_driver.boxes.size(), 1u);
+        EXPECT_EQ(m_driver.boxes[0].text, L"Cannot find " + Workbook("gone.xlsx") + L".");
+        EXPECT_EQ(m_driver.boxes[0].caption, L"Norvo Quillmark");
+        EXPECT_EQ(m_driver.boxes[0].type, static_cast<UINT>(MB_OK | MB_ICONINFORMATION));
+        m_driver.boxes.clear();
+        EXPECT_EQ(Boxes(page), Workbook("gone.xlsx") + L"|||");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell >%");
+        EXPECT_EQ(page.RecentFiles()[0].str(), Workbook("gone.xlsx"));  // the order stays
+        EXPECT_EQ(page.RecentFiles()[1].str(), Workbook("cells.xls"));
+    });
+    EXPECT_EQ(program().workbooks().size(), 1u);
+}
+
+TEST_F(ExcelCellPageTest, RelativePathOnAnIncompletePageMakesNoPathAndNoMessage) {
+    std::wstring site = SaveDrawing();
+    OnPage([&](CAcFdUiFieldDialog&, AsdkExcelRangeOptionDialog& page) {
+        ASSERT_EQ(cadhost::ui::UserChoose(page.GetDlgItem(IDC_PATH_TYPE)->m_hWnd, 1), L"");
+        ASSERT_EQ(cadhost::ui::UserType(page.GetDlgItem(IDC_PATH)->m_hWnd, L"C:\\data\\book.xls"), L"");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell >%");
+        EXPECT_TRUE(Messages().empty());
+        // The path relative to the drawing once all four are filled.
+        Set(page, IDC_PATH, (site + L"/data/cells.xlsx").c_str());
+        Set(page, IDC_WORKSHEET, L"Data");
+        Set(page, IDC_COLUMN, L"B");
+        EXPECT_TRUE(Messages().empty());
+        Set(page, IDC_ROW, L"3");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell ./data/cells.xlsx:Data:$B$3>%");
+        EXPECT_EQ(Text(page, IDC_PATH), site + L"/data/cells.xlsx");  // the box keeps the full path
+    });
+}
+
+TEST_F(ExcelCellPageTest, AStoredRelativePathShowsInFullAndComposesRelativeAgain) {
+    std::wstring site = SaveDrawing();
+    OnPage([&](CAcFdUiFieldDialog& dialog, AsdkExcelRangeOptionDialog& page) {
+        StoredField stored(L"./data/cells.xlsx:Data:$E$2");
+        EXPECT_TRUE(page.LoadField(&stored.field));
+        EXPECT_EQ(Boxes(page), site + L"/data/cells.xlsx|Data|E|2");
+        EXPECT_EQ(Text(page, IDC_PATH_TYPE), L"Relative Path");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell ./data/cells.xlsx:Data:$E$2>%");
+        EXPECT_EQ(dialog.GetFieldCode().str(), page.GetFieldCode().str());
+        ExpectReleased();
+        // A workbook never saved has a path without a folder: read back, it
+        // counts as relative and comes back joined to the drawing's folder.
+        StoredField unsaved(L"Book1:Sheet1:$A$1");
+        EXPECT_TRUE(page.LoadField(&unsaved.field));
+        EXPECT_EQ(Boxes(page), site + L"/Book1|Sheet1|A|1");
+        EXPECT_EQ(Text(page, IDC_PATH_TYPE), L"Relative Path");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell ./Book1:Sheet1:$A$1>%");
+        EXPECT_TRUE(Messages().empty());
+    });
+    // The stored workbook was opened for reading with the cell selected.
+    ASSERT_EQ(program().workbooks().size(), 1u);
+    EXPECT_TRUE(program().workbooks()[0]->readOnly);
+    EXPECT_NE(program().Describe().find(L"sheet \"Data\", cell E2"), std::wstring::npos);
+}
+
+TEST_F(ExcelCellPageTest, ARelativePathInADrawingNeverSavedChangesNothing) {
+    OnPage([&](CAcFdUiFieldDialog&, AsdkExcelRangeOptionDialog& page) {
+        Set(page, IDC_PATH, L"kept");
+        StoredField stored(L"./data/cells.xlsx:Data:$E$2");
+        EXPECT_FALSE(page.LoadField(&stored.field));
+        EXPECT_EQ(Boxes(page), L"kept|||");
+        EXPECT_EQ(Text(page, IDC_PATH_TYPE), L"Full Path");
+        // Choosing "Relative Path" there is refused with the message.
+        ASSERT_EQ(cadhost::ui::UserChoose(page.GetDlgItem(IDC_PATH_TYPE)->m_hWnd, 1), L"");
+        EXPECT_EQ(Messages(), std::vector<std::wstring>{QM_MESSAGE_SAVE_DRAWING_FIRST});
+        EXPECT_EQ(Text(page, IDC_PATH_TYPE), L"Full Path");
     });
     EXPECT_FALSE(program().running());
 }
