@@ -61,6 +61,14 @@ public:
     const Cell* Find(int sheet, std::uint32_t row, std::uint32_t column) const;
     // How many cells of a loaded sheet hold something.
     size_t CellCount(int sheet) const;
+    // Each cell of a loaded sheet that holds something, by row and column.
+    template <class Visit>
+    void ForEachCell(int sheet, Visit&& visit) const {
+        if (sheet < 0 || static_cast<size_t>(sheet) >= m_cells.size()) return;
+        for (const auto& [key, cell] : m_cells[static_cast<size_t>(sheet)].cells)
+            if (cell.kind != CellKind::Empty)
+                visit(static_cast<std::uint32_t>(key >> 16), static_cast<std::uint32_t>(key & 0xFFFF), cell);
+    }
     // The text a cell shows in the spreadsheet program; empty for an empty
     // cell.
     std::wstring Shown(const Cell& cell) const;
