@@ -38,10 +38,12 @@ protected:
     CAcFdUiFieldDialogHook& Hook() override { return m_hook; }
     void SetUp() override {
         qmtest::ModulePagesTest::SetUp();
+        CRegistry::SetRegistryKey(HKEY_CURRENT_USER, L"Norvo\\NorvoTest");
         program().Reset();
     }
     void TearDown() override {
         program().Reset();
+        CRegistry::SetRegistryKey(nullptr, L"");
         qmtest::ModulePagesTest::TearDown();
     }
     SpreadsheetProgram& program() { return SpreadsheetProgram::Instance(); }
@@ -281,11 +283,11 @@ TEST_F(ExcelCellPageTest, IncompleteDataChangesNothingAndAnUnreadableCellShowsRo
         AcDbField bare(L"%<\\ExcelCell >%");
         EXPECT_FALSE(page.LoadField(&bare));
         EXPECT_FALSE(page.LoadField(nullptr));
-        // The drive letter's colon stays in the path: the text is cut from the end.
-        StoredField drive(L"C:\\data\\gone.xls:Sheet1:B3");
-        EXPECT_TRUE(page.LoadField(&drive.field));
-        EXPECT_EQ(Boxes(page), L"C:\\data\\gone.xls|Sheet1|A|0");
-        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell C:\\data\\gone.xls:Sheet1:$A$0>%");
+        // A colon in the path stays there: the text is cut from the end.
+        StoredField colon(L"/data/a:b/gone.xls:Sheet1:B3");
+        EXPECT_TRUE(page.LoadField(&colon.field));
+        EXPECT_EQ(Boxes(page), L"/data/a:b/gone.xls|Sheet1|A|0");
+        EXPECT_EQ(page.GetFieldCode().str(), L"%<\\ExcelCell /data/a:b/gone.xls:Sheet1:$A$0>%");
     });
     EXPECT_FALSE(program().running());
 }
