@@ -1,6 +1,5 @@
 #include "TextFileEvaluator.h"
 
-#include <shlwapi.h>
 #include <tchar.h>
 
 #include <cerrno>
@@ -8,6 +7,7 @@
 #include <string>
 
 #include "EvaluatorIds.h"
+#include "SourcePath.h"
 #include "TableCellEvaluator.h"
 #include "TextDecoding.h"
 
@@ -16,8 +16,6 @@ namespace {
 // What a pass keeps of the files it read, in characters: 16 files at the
 // limit, or thousands of ordinary notes.
 const size_t kPassBudget = 16 * QM_TEXT_FILE_LIMIT;
-
-const int kPathBufferLength = MAX_PATH;
 
 Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& message) {
     if (result) result->setEvaluationStatus(status, 0, message);
@@ -42,39 +40,6 @@ std::wstring OpenFailure(int error) {
     default:
         return L"cannot be opened (error " + std::to_wstring(error) + L").";
     }
-}
-
-// The path of the file named by the code, in full: a relative one from the
-// folder of the drawing's file. FALSE, with the message, when there is none.
-BOOL FullPathOf(const CString& path, AcDbDatabase* database, CString& fullPath, CString& message) {
-    WCHAR combined[kPathBufferLength];
-    if (PathIsRelativeW(path)) {
-        const ACHAR* drawing = nullptr;
-        if (!database || database->getFilename(drawing) != Acad::eOk || !drawing || !*drawing) {
-            message.Format(L"The path %s is relative to the drawing's folder, and the drawing has not been saved yet.",
-                           (LPCTSTR)path);
-            return FALSE;
-        }
-        WCHAR folder[kPathBufferLength];
-        if (wcslen(drawing) >= static_cast<size_t>(kPathBufferLength)) {
-            message.Format(L"The drawing's path is longer than %d characters, so %s cannot be found from it.",
-                           kPathBufferLength - 1, (LPCTSTR)path);
-            return FALSE;
-        }
-        wcscpy(folder, drawing);
-        PathRemoveFileSpecW(folder);
-        if (!PathCombineW(combined, folder, path)) {
-            message.Format(L"The path %s, read from the drawing's folder %s, is longer than %d characters.",
-                           (LPCTSTR)path, folder, kPathBufferLength - 1);
-            return FALSE;
-        }
-    } else if (!PathCombineW(combined, nullptr, path)) {
-        message.Format(L"The path of the text file is longer than %d characters: %s", kPathBufferLength - 1,
-                       (LPCTSTR)path);
-        return FALSE;
-    }
-    fullPath = combined;
-    return TRUE;
 }
 
 }  // namespace
@@ -129,7 +94,7 @@ Acad::ErrorStatus AsdkTextFileEvaluator::evaluate(AcDbField* field, int, AcDbDat
 
     if (!database) database = field->database();
     CString fullPath, message;
-    if (!FullPathOf(path, database, fullPath, message)) return Fail(result, AcDbField::kInvalidCode, message);
+    if (!GetSourceFilePath(path, database, fullPath, message)) return Fail(result, AcDbField::kInvalidCode, message);
     const CTextFileContent& content = m_files.Get(fullPath.str(), ReadTextFile);
     if (!content.read) {
         CString named = path;

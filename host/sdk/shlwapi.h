@@ -1,8 +1,9 @@
 // The shell's path functions. Paths are the host's own (POSIX, with "/"
 // as the separator); the contracts are the platform's: buffers of MAX_PATH
-// characters, TRUE on success. A backslash in a path separates as a "/"
-// does, as it does on the platform, so that a path written on Windows
-// (..\data\notes.txt) means the same here; results are written with "/".
+// characters, TRUE on success. In a relative path that PathCombineW joins
+// to a folder a backslash separates too, as on the platform, so that a path
+// written there (..\data\notes.txt) means the same here; in the host's own
+// paths a backslash is a character of a name, as POSIX has it.
 #pragma once
 
 #include "windows.h"
@@ -27,7 +28,8 @@ CADHOST_API BOOL WINAPI PathIsDirectoryW(LPCWSTR path);
 // "../data/notes.txt". FALSE where the platform has no common root (two
 // drives): the ends share nothing but "/", one is relative and the other
 // not, either is empty, or the result would not fit. Names compare with
-// regard to case, as the host's files do.
+// regard to case, as the host's files do; ends are taken as written, with
+// no "." or ".." resolved.
 CADHOST_API BOOL WINAPI PathRelativePathToW(LPWSTR path, LPCWSTR from, DWORD fromAttributes, LPCWSTR to,
                                             DWORD toAttributes);
 }

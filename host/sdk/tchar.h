@@ -19,7 +19,8 @@ CADHOST_API int _wcsicmp(const wchar_t* a, const wchar_t* b);
 CADHOST_API int _wcsnicmp(const wchar_t* a, const wchar_t* b, size_t count);
 
 // The absolute form of a path, from the current directory, with "." and
-// ".." resolved and "/" as separator (a backslash separates too). Into
+// ".." resolved and "/" as separator (in a relative path a backslash
+// separates too, as on the platform). Into
 // absolutePath of maxLength characters, or, when that is null, into a
 // buffer the caller frees with free(). Null when it does not fit.
 CADHOST_API wchar_t* _wfullpath(wchar_t* absolutePath, const wchar_t* relativePath, size_t maxLength);

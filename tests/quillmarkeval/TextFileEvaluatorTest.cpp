@@ -190,6 +190,8 @@ TEST_F(TextFileEvaluatorTest, FilesThatCannotBeShownFailWithThePathAndTheReason)
          L"The path ./" + std::wstring(300, L'n') + L".txt, read from the drawing's folder " + site +
              L", is longer than 259 characters.",
          L"./" + std::wstring(300, L'n') + L".txt"},
+        {L"/" + std::wstring(300, L'n'), L"The path is longer than 259 characters: /" + std::wstring(300, L'n'),
+         L"/" + std::wstring(300, L'n')},
         {L"", L"The field names no text file.", L"(none)"},
         {L"   ", L"The field names no text file.", L"(none)"},
     };

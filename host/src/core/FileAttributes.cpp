@@ -4,8 +4,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
 
-#include "shell/PathText.h"
+#include "core/Utf8.h"
 
 extern "C" {
 
@@ -14,7 +15,7 @@ DWORD WINAPI GetFileAttributesW(LPCWSTR fileName) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return INVALID_FILE_ATTRIBUTES;
     }
-    std::filesystem::path path = cadhost::HostPath(fileName);
+    std::string path = cadhost::ToUtf8(fileName);
     struct stat info {};
     if (::stat(path.c_str(), &info) != 0) {
         SetLastError(errno == EACCES ? ERROR_ACCESS_DENIED : ERROR_FILE_NOT_FOUND);

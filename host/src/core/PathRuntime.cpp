@@ -61,11 +61,11 @@ int _wchdir(const wchar_t* folder) {
         errno = ENOENT;
         return -1;
     }
-    return ::chdir(cadhost::HostPath(folder).c_str()) == 0 ? 0 : -1;
+    return ::chdir(cadhost::ToUtf8(folder).c_str()) == 0 ? 0 : -1;
 }
 
 wchar_t* _wfullpath(wchar_t* absolutePath, const wchar_t* relativePath, size_t maxLength) {
-    std::wstring path = relativePath ? relativePath : L"";
+    std::wstring path = cadhost::HostSeparators(relativePath ? relativePath : L"");
     if (path.empty() || !cadhost::IsPathSeparator(path[0])) {
         std::wstring current = CurrentDirectory();
         if (current.empty()) return nullptr;
@@ -80,6 +80,6 @@ FILE* _wfopen(const wchar_t* fileName, const wchar_t* mode) {
         errno = EINVAL;
         return nullptr;
     }
-    return std::fopen(cadhost::HostPath(fileName).c_str(), cadhost::ToUtf8(mode).c_str());
+    return std::fopen(cadhost::ToUtf8(fileName).c_str(), cadhost::ToUtf8(mode).c_str());
 }
 }

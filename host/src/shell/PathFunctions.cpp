@@ -58,7 +58,7 @@ LPWSTR WINAPI PathAddBackslashW(LPWSTR path) {
 
 LPWSTR WINAPI PathCombineW(LPWSTR destination, LPCWSTR folder, LPCWSTR file) {
     if (!destination || (!folder && !file)) return nullptr;
-    std::wstring first = folder ? folder : L"", second = file ? file : L"";
+    std::wstring first = folder ? folder : L"", second = cadhost::HostSeparators(file ? file : L"");
     std::wstring joined;
     if (!second.empty() && cadhost::IsPathSeparator(second[0])) joined = second;
     else if (first.empty()) joined = second;
@@ -70,13 +70,14 @@ LPWSTR WINAPI PathCombineW(LPWSTR destination, LPCWSTR folder, LPCWSTR file) {
 BOOL WINAPI PathFileExistsW(LPCWSTR path) {
     if (!path || !*path) return FALSE;
     std::error_code ec;
-    return std::filesystem::exists(cadhost::HostPath(path), ec) ? TRUE : FALSE;
+    return std::filesystem::exists(std::filesystem::path(cadhost::ToUtf8(path)), ec) ? TRUE : FALSE;
 }
 
 BOOL WINAPI PathIsDirectoryW(LPCWSTR path) {
     if (!path || !*path) return FALSE;
     std::error_code ec;
-    return std::filesystem::is_directory(cadhost::HostPath(path), ec) ? FILE_ATTRIBUTE_DIRECTORY : FALSE;
+    return std::filesystem::is_directory(std::filesystem::path(cadhost::ToUtf8(path)), ec) ? FILE_ATTRIBUTE_DIRECTORY
+                                                                                           : FALSE;
 }
 
 LPWSTR WINAPI PathFindFileNameW(LPCWSTR path) {

@@ -1,7 +1,5 @@
 #include "shell/PathText.h"
 
-#include "core/Utf8.h"
-
 namespace cadhost {
 
 std::vector<std::wstring> PathElements(const std::wstring& path) {
@@ -19,6 +17,14 @@ std::vector<std::wstring> PathElements(const std::wstring& path) {
     return elements;
 }
 
+std::wstring HostSeparators(const std::wstring& path) {
+    if (!path.empty() && IsPathSeparator(path[0])) return path;
+    std::wstring out = path;
+    for (wchar_t& c : out)
+        if (c == L'\\') c = kPathSeparator;
+    return out;
+}
+
 std::wstring CanonicalPath(const std::wstring& path) {
     bool absolute = !path.empty() && IsPathSeparator(path[0]);
     std::vector<std::wstring> kept;
@@ -34,13 +40,6 @@ std::wstring CanonicalPath(const std::wstring& path) {
     std::wstring out = absolute ? L"/" : L"";
     for (size_t i = 0; i < kept.size(); ++i) out += (i ? L"/" : L"") + kept[i];
     return out;
-}
-
-std::filesystem::path HostPath(const std::wstring& path) {
-    std::wstring posix = path;
-    for (wchar_t& c : posix)
-        if (IsPathSeparator(c)) c = kPathSeparator;
-    return std::filesystem::path(ToUtf8(posix));
 }
 
 }  // namespace cadhost

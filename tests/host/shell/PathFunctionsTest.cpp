@@ -1,7 +1,8 @@
 // The shell's path functions and the runtime's path calls on the host's
 // POSIX paths, with the platform's contracts: relative paths as the
 // platform writes them, failure without a common root, MAX_PATH buffers,
-// and backslashes that separate as "/" does.
+// and backslashes that separate in a relative path written on the platform
+// but belong to names in the host's own paths.
 #include <direct.h>
 #include <shlwapi.h>
 #include <sys/stat.h>
@@ -50,9 +51,10 @@ TEST(PathRelativePathTo, GivesThePathFromTheFirstEndsFolderInThePlatformsForm) {
         {L"/proj/site/site.dxf", kFile, L"/proj", kFolder, L".."},
         // The names compare with regard to case, as the host's files do.
         {L"/proj/Site/site.dxf", kFile, L"/proj/site/notes.txt", kFile, L"../site/notes.txt"},
-        // Separators: doubled ones count once, a backslash as a "/".
+        // Separators: doubled ones count once; a backslash belongs to a name.
         {L"/proj//site/site.dxf", kFile, L"/proj/site//notes.txt", kFile, L"./notes.txt"},
-        {L"/proj\\site\\site.dxf", kFile, L"/proj/data\\notes.txt", kFile, L"../data/notes.txt"},
+        {L"/proj/back\\slash/site.dxf", kFile, L"/proj/back\\slash/notes.txt", kFile, L"./notes.txt"},
+        {L"/proj/back\\slash/site.dxf", kFile, L"/proj/back/notes.txt", kFile, L"../back/notes.txt"},
         // A file's name cannot stand for a folder of the start.
         {L"/proj/site/site.dxf", kFile, L"/proj/site", kFile, L"../site"},
         // Two relative paths that share their first folder.
@@ -110,6 +112,8 @@ TEST(PathFunctions, CombineRemoveFileSpecFindNameAndIsRelative) {
         {L"/proj/site", L"/etc/notes.txt", L"/etc/notes.txt"},
         {L"/proj", L"../../../notes.txt", L"/notes.txt"},
         {nullptr, L"/a/./b/../c.txt", L"/a/c.txt"},
+        {L"/proj/back\\slash", L"notes.txt", L"/proj/back\\slash/notes.txt"},
+        {L"/proj", L"/abs\\name.txt", L"/abs\\name.txt"},
     };
     for (const Combine& c : combines) {
         WCHAR buffer[MAX_PATH];
@@ -127,7 +131,8 @@ TEST(PathFunctions, CombineRemoveFileSpecFindNameAndIsRelative) {
     };
     const Remove removes[] = {
         {L"/proj/site/site.dxf", TRUE, L"/proj/site"}, {L"/site.dxf", TRUE, L"/"},      {L"site.dxf", TRUE, L""},
-        {L"/", FALSE, L"/"},                           {L"", FALSE, L""},               {L"C:\\data\\a.dxf", TRUE, L"C:\\data"},
+        {L"/", FALSE, L"/"},                           {L"", FALSE, L""},
+        {L"/proj/back\\slash/a.dxf", TRUE, L"/proj/back\\slash"},
     };
     for (const Remove& r : removes) {
         WCHAR path[MAX_PATH];
@@ -136,11 +141,11 @@ TEST(PathFunctions, CombineRemoveFileSpecFindNameAndIsRelative) {
         EXPECT_STREQ(path, r.left) << cadhost::ToUtf8(r.path);
     }
     EXPECT_STREQ(PathFindFileNameW(L"/proj/site/notes.txt"), L"notes.txt");
-    EXPECT_STREQ(PathFindFileNameW(L"..\\data\\notes.txt"), L"notes.txt");
+    EXPECT_STREQ(PathFindFileNameW(L"/proj/back\\slash"), L"back\\slash");
     EXPECT_STREQ(PathFindFileNameW(L"notes.txt"), L"notes.txt");
 
     EXPECT_FALSE(PathIsRelativeW(L"/proj/notes.txt"));
-    EXPECT_FALSE(PathIsRelativeW(L"\\proj\\notes.txt"));
+    EXPECT_TRUE(PathIsRelativeW(L"\\proj\\notes.txt"));
     EXPECT_TRUE(PathIsRelativeW(L"./notes.txt"));
     EXPECT_TRUE(PathIsRelativeW(L"..\\data\\notes.txt"));
     EXPECT_TRUE(PathIsRelativeW(L"notes.txt"));
@@ -167,6 +172,7 @@ TEST_F(PathRuntimeTest, FullPathReadsFromTheCurrentDirectory) {
         {L"../data/notes.txt", root + L"/data/notes.txt"},
         {L"..\\data\\notes.txt", root + L"/data/notes.txt"},
         {L"/etc/./x/../notes.txt", L"/etc/notes.txt"},
+        {L"/etc/back\\slash/notes.txt", L"/etc/back\\slash/notes.txt"},
         {L"", root + L"/site"},
     };
     for (const Case& c : cases) {
@@ -222,7 +228,8 @@ TEST_F(PathRuntimeTest, AttributesTellFilesFoldersDevicesAndNothing) {
 
     EXPECT_EQ(PathIsDirectoryW(folder.c_str()), static_cast<BOOL>(kFolder));
     EXPECT_FALSE(PathIsDirectoryW((folder + L"/notes.txt").c_str()));
-    EXPECT_TRUE(PathFileExistsW((folder + L"\\notes.txt").c_str()));
+    EXPECT_TRUE(PathFileExistsW((folder + L"/notes.txt").c_str()));
+    EXPECT_FALSE(PathFileExistsW((folder + L"\\notes.txt").c_str()));  // a name of its own here
 
     FILE* opened = _wfopen((folder + L"/notes.txt").c_str(), L"rb");
     ASSERT_NE(opened, nullptr);
