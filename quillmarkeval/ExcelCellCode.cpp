@@ -1,7 +1,5 @@
 #include "ExcelCellCode.h"
 
-#include <shlwapi.h>
-
 #include <cwctype>
 
 int SplitExcelCellArguments(const CString& text, ExcelCellArguments& out) {
@@ -49,30 +47,4 @@ int ReadExcelCellName(const CString& cell, long long& row, long long& column, CS
     row = number;
     column = count > 7 ? 0x7FFFFFFFFFFFLL : letters;
     return 1;
-}
-
-BOOL ResolveFieldPath(const CString& path, AcDbDatabase* database, CString& resolved, CString& why) {
-    bool drive = path.GetLength() >= 3 && iswalpha(static_cast<wint_t>(path[0])) && path[1] == L':' &&
-                 (path[2] == L'\\' || path[2] == L'/');
-    if (drive || !PathIsRelativeW(path)) {
-        resolved = path;
-        return TRUE;
-    }
-    const ACHAR* fileName = nullptr;
-    if (!database || database->getFilename(fileName) != Acad::eOk || !fileName || !*fileName) {
-        why = L"the path is relative, and the drawing has no folder: it was never saved";
-        return FALSE;
-    }
-    ACHAR folder[MAX_PATH] = L"";
-    wcsncpy(folder, fileName, MAX_PATH - 1);
-    PathRemoveFileSpecW(folder);
-    CString relative = path;
-    relative.Replace(L'\\', L'/');
-    ACHAR joined[MAX_PATH] = L"";
-    if (!PathCombineW(joined, folder, relative)) {
-        why = L"the path is longer than a path can be";
-        return FALSE;
-    }
-    resolved = joined;
-    return TRUE;
 }

@@ -1,5 +1,4 @@
-// The arguments of an ExcelCell code, "path:sheet:$COL$ROW", and the path
-// of the file a field names.
+// The arguments of an ExcelCell code, "path:sheet:$COL$ROW".
 #pragma once
 
 #include "StdAfx.h"
@@ -20,10 +19,3 @@ int SplitExcelCellArguments(const CString& text, ExcelCellArguments& out);
 // row beyond any sheet can be named in a message. 0, with why, for a text
 // that is no cell name or names row 0.
 int ReadExcelCellName(const CString& cell, long long& row, long long& column, CString& why);
-
-// The absolute path of a file named by a field of a drawing. A relative
-// path is read from the drawing's folder, with backslashes, as a drawing
-// made on Windows writes them, separating as slashes do; a Windows path
-// with a drive letter stays as it is. FALSE, with why, for a relative path
-// in a drawing that was never saved.
-BOOL ResolveFieldPath(const CString& path, AcDbDatabase* database, CString& resolved, CString& why);

@@ -2,6 +2,7 @@
 
 #include "EvaluatorIds.h"
 #include "ExcelCellCode.h"
+#include "SourcePath.h"
 #include "TableCellEvaluator.h"
 
 namespace {
@@ -54,12 +55,8 @@ Acad::ErrorStatus AsdkExcelCellEvaluator::evaluate(AcDbField* field, int, AcDbDa
         return Fail(result, AcDbField::kSyntaxError, message);
     }
     if (!database) database = field->database();
-    CString path;
-    if (!ResolveFieldPath(parts.path, database, path, why)) {
-        CString message;
-        message.Format(L"The workbook %s cannot be found: %s.", (const ACHAR*)parts.path, (const ACHAR*)why);
-        return Fail(result, AcDbField::kOtherError, message);
-    }
+    CString path, message;
+    if (!GetSourceFilePath(parts.path, database, path, message)) return Fail(result, AcDbField::kOtherError, message);
     const CWorkbookContent& content = m_workbooks.Get(path.str(), ReadWorkbookFile);
     std::shared_ptr<CWorkbookFile> book = content.file;
     why = content.why;
@@ -74,7 +71,6 @@ Acad::ErrorStatus AsdkExcelCellEvaluator::evaluate(AcDbField* field, int, AcDbDa
         message.Format(L"The workbook %s has no worksheet \"%s\".", (const ACHAR*)path, (const ACHAR*)parts.sheet);
         return Fail(result, AcDbField::kInvalidCode, message);
     }
-    CString message;
     if (column > book->GetMaxColumns()) {
         message.Format(L"The cell %s lies beyond the %d columns of the sheet \"%s\" of %s.", (const ACHAR*)parts.cell,
                        book->GetMaxColumns(), (const ACHAR*)book->GetSheetName(sheet), (const ACHAR*)path);

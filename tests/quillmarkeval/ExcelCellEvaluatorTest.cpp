@@ -81,8 +81,8 @@ TEST_F(ExcelCellEvaluatorTest, ARelativePathIsReadFromTheDrawingsFolder) {
     // A drawing never saved has no folder to read it from.
     Outcome unsaved = Evaluate(L"./data/cells.xlsx:Data:$A$1");
     EXPECT_EQ(unsaved.status, AcDbField::kOtherError);
-    EXPECT_EQ(unsaved.message, L"The workbook ./data/cells.xlsx cannot be found: the path is relative, and the drawing "
-                               L"has no folder: it was never saved.");
+    EXPECT_EQ(unsaved.message, L"The path ./data/cells.xlsx is relative to the drawing's folder, and the drawing has "
+                               L"not been saved yet.");
     EXPECT_EQ(unsaved.data, L"./data/cells.xlsx:Data:$A$1");
     std::wstring error;
     ASSERT_TRUE(host().SaveDrawing(folder / "plan.dxf", error)) << cadhost::ToUtf8(error);
