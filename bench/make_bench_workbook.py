@@ -39,11 +39,11 @@ def main():
         ws.append(row)
     wb.save(os.path.join(folder, 'book.xlsx'))
     # A fixed sequence (a linear congruential one) spreads the fields.
-    seed = 12345
+    state = 12345
     with open(os.path.join(folder, 'cells.txt'), 'w') as out:
         for _ in range(fields):
-            seed = (seed * 1103515245 + 12345) % (1 << 31)
-            out.write('%d %d\n' % (seed % rows + 1, seed // rows % 10 + 1))
+            state = (state * 1103515245 + 12345) % (1 << 31)
+            out.write('%d %d\n' % (state % rows + 1, state // rows % 10 + 1))
     print('book.xlsx: %d rows, %d bytes' % (rows, os.path.getsize(os.path.join(folder, 'book.xlsx'))))
 
 

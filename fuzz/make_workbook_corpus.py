@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Makes the seed inputs of the WorkbookRead and NumberFormat fuzz targets
+"""Makes the first inputs (the corpus) of the WorkbookRead and NumberFormat fuzz targets
 (fuzz/corpus/WorkbookRead, fuzz/corpus/NumberFormat) with Debian's
 python3-openpyxl and python3-xlwt. Run with /usr/bin/python3:
 
-    /usr/bin/python3 fuzz/make_workbook_seeds.py
+    /usr/bin/python3 fuzz/make_workbook_corpus.py
 
 WorkbookRead inputs begin with a byte that says how the rest is read: 0 as
 an .xlsx package, 1 as an .xls compound file, 2 by what it looks like.
@@ -64,9 +64,9 @@ def small_xls():
 
 def main():
     xlsx, xls = small_xlsx(), small_xls()
-    seeds = {'xlsx': b'\0' + xlsx, 'xls': b'\1' + xls, 'sniffed_xlsx': b'\2' + xlsx, 'sniffed_xls': b'\2' + xls}
+    inputs = {'xlsx': b'\0' + xlsx, 'xls': b'\1' + xls, 'sniffed_xlsx': b'\2' + xlsx, 'sniffed_xls': b'\2' + xls}
     folder = os.path.join(HERE, 'corpus', 'WorkbookRead')
-    for name, data in seeds.items():
+    for name, data in inputs.items():
         with open(os.path.join(folder, name), 'wb') as out:
             out.write(data)
     folder = os.path.join(HERE, 'corpus', 'NumberFormat')
