@@ -1,7 +1,9 @@
 // A workbook file as the host reads it: its sheets, the sheet and cell it
 // was saved with, and its cells with their number formats. One reader for
-// .xls (libfreexl and the file's own records) and .xlsx (libzip and expat),
-// used by the spreadsheet program and by the evaluators.
+// .xls (the compound file's workbook stream, record by record: the number
+// format codes and the saved selection it needs are records that libfreexl
+// does not hand out) and .xlsx (libzip and expat), used by the spreadsheet
+// program and by the evaluators.
 #pragma once
 
 #include <cstdint>
