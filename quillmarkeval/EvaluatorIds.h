@@ -14,3 +14,4 @@
 #define QM_AREA_DATA L"AcArea Data"
 #define QM_LENGTH_DATA L"AcLength Data"
 #define QM_TEXT_FILE_DATA L"TextField Data"
+#define QM_EXCEL_CELL_DATA L"ExcelCell Data"

@@ -4,6 +4,7 @@
 
 #include "EvaluationPass.h"
 #include "EvaluatorIds.h"
+#include "ExcelCellEvaluator.h"
 #include "ObjectsEvaluator.h"
 #include "TableCellEvaluator.h"
 #include "TextFileEvaluator.h"
@@ -11,8 +12,8 @@
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
-    {QM_EVAL_AREA, true},      {QM_EVAL_LENGTH, true},      {QM_EVAL_BLOCK_COUNT, false},
-    {QM_EVAL_TEXT_FILE, true}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
+    {QM_EVAL_AREA, true},      {QM_EVAL_LENGTH, true},     {QM_EVAL_BLOCK_COUNT, false},
+    {QM_EVAL_TEXT_FILE, true}, {QM_EVAL_EXCEL_CELL, true}, {QM_EVAL_TABLE_CELL, true},
 };
 
 AsdkQuillmarkEvaluatorLoader* g_loader = nullptr;
@@ -29,12 +30,15 @@ AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
       m_area(new AsdkAreaEvaluator),
       m_length(new AsdkLengthEvaluator),
       m_textFile(new AsdkTextFileEvaluator),
+      m_excelCell(new AsdkExcelCellEvaluator),
       m_passReactor(new AsdkEvaluationPassReactor) {
     m_passReactor->AddCache(&m_textFile->Files());
+    m_passReactor->AddCache(&m_excelCell->Workbooks());
 }
 
 AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
     delete m_passReactor;
+    delete m_excelCell;
     delete m_textFile;
     delete m_length;
     delete m_area;
@@ -47,6 +51,7 @@ AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* eval
     if (_wcsicmp(evaluatorId, QM_EVAL_AREA) == 0) return m_area;
     if (_wcsicmp(evaluatorId, QM_EVAL_LENGTH) == 0) return m_length;
     if (_wcsicmp(evaluatorId, QM_EVAL_TEXT_FILE) == 0) return m_textFile;
+    if (_wcsicmp(evaluatorId, QM_EVAL_EXCEL_CELL) == 0) return m_excelCell;
     return nullptr;
 }
 

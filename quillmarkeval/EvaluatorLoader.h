@@ -9,6 +9,7 @@ class AsdkTableCellEvaluator;
 class AsdkAreaEvaluator;
 class AsdkLengthEvaluator;
 class AsdkTextFileEvaluator;
+class AsdkExcelCellEvaluator;
 class AsdkEvaluationPassReactor;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
@@ -24,12 +25,14 @@ public:
 
     // The reactor that tells the evaluators of each evaluation pass.
     AsdkEvaluationPassReactor* PassReactor() { return m_passReactor; }
+    AsdkExcelCellEvaluator* ExcelCell() { return m_excelCell; }
 
 private:
     AsdkTableCellEvaluator* m_tableCell;
     AsdkAreaEvaluator* m_area;
     AsdkLengthEvaluator* m_length;
     AsdkTextFileEvaluator* m_textFile;
+    AsdkExcelCellEvaluator* m_excelCell;
     AsdkEvaluationPassReactor* m_passReactor;
 };
 

@@ -115,5 +115,6 @@ void DefineHostCommands(ScriptRunner& runner);
 void DefineDialogCommands(ScriptRunner& runner);
 void DefineDrawingCommands(ScriptRunner& runner);
 void DefineFieldCommands(ScriptRunner& runner);
+void DefineSpreadsheetCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

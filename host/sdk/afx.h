@@ -93,6 +93,22 @@ public:
 
 [[noreturn]] CADHOST_API void AfxThrowUserException();
 
+// Memory ran out; an operation that the object does not support.
+class CADHOST_API CMemoryException : public CException {
+    DECLARE_DYNAMIC(CMemoryException)
+public:
+    CMemoryException() = default;
+    BOOL GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext = nullptr) const override;
+};
+class CADHOST_API CNotSupportedException : public CException {
+    DECLARE_DYNAMIC(CNotSupportedException)
+public:
+    CNotSupportedException() = default;
+    BOOL GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext = nullptr) const override;
+};
+[[noreturn]] CADHOST_API void AfxThrowMemoryException();
+[[noreturn]] CADHOST_API void AfxThrowNotSupportedException();
+
 #define ASSERT(f) ((void)0)
 #define VERIFY(f) ((void)(f))
 #define ASSERT_VALID(p) ((void)0)

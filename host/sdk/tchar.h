@@ -35,3 +35,15 @@ CADHOST_API FILE* _wfopen(const wchar_t* fileName, const wchar_t* mode);
 #define _tcslen wcslen
 #define _tfullpath _wfullpath
 #define _tfopen _wfopen
+
+// The parts of a path for _wsplitpath: drive ("C:", or nothing), folder
+// with its last separator, file name, and extension with its dot. Both
+// separators, "/" and "\", count. A null part is not wanted; a part longer
+// than its buffer is cut to fit.
+#define _MAX_PATH 260
+#define _MAX_DRIVE 3
+#define _MAX_DIR 256
+#define _MAX_FNAME 256
+#define _MAX_EXT 256
+extern "C" CADHOST_API void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* dir, wchar_t* fname,
+                                        wchar_t* ext);

@@ -5,6 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 file(COPY ${SOURCE}/examples/tour_notes.txt DESTINATION ${WORK})
+file(COPY ${SOURCE}/examples/tour_costs.xlsx DESTINATION ${WORK})
 execute_process(COMMAND ${CADHOST} --settings ${WORK}/settings --script ${SOURCE}/examples/tour.qms
                         ${SOURCE}/examples/tour.dxf
                 WORKING_DIRECTORY ${WORK} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)

@@ -69,7 +69,7 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersItsBuiltIds
     const QuillmarkEvaluatorSlot* slots = nullptr;
     ASSERT_EQ(GetQuillmarkEvaluatorSlots(slots), 6);
     const wchar_t* ids[] = {L"AcArea", L"AcLength", L"AcBlockCount", L"TextField", L"ExcelCell", L"TableCell"};
-    const bool built[] = {true, true, false, true, false, true};
+    const bool built[] = {true, true, false, true, true, true};
     for (int i = 0; i < 6; ++i) {
         EXPECT_STREQ(slots[i].id, ids[i]);
         EXPECT_EQ(slots[i].built, built[i]) << ids[i];

@@ -182,8 +182,12 @@ int Desktop::ShowMessageBox(const std::wstring& caption, const std::wstring& tex
     size_t defaultIndex = (type & MB_DEFMASK) >> 8;
     request.defaultButton = request.buttons[defaultIndex < request.buttons.size() ? defaultIndex : 0];
     UiDriver& answerer = driver();
-    if (!answerer.Abandoning()) Show(L"[" + caption + L"] " + text);
-    ShownMessage shown{caption, text, type, request.defaultButton};
+    // A box shows no line break at the end of its text, as the system's
+    // texts have one.
+    std::wstring shownText = text;
+    while (!shownText.empty() && (shownText.back() == L'\n' || shownText.back() == L'\r')) shownText.pop_back();
+    if (!answerer.Abandoning()) Show(L"[" + caption + L"] " + shownText);
+    ShownMessage shown{caption, shownText, type, request.defaultButton};
     m_lastMessage = shown;
     ++m_messageCount;
     int answer = answerer.AnswerMessageBox(request);

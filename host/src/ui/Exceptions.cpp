@@ -28,3 +28,27 @@ int CException::ReportError(UINT type, UINT messageId) {
 }
 
 void AfxThrowUserException() { throw new CUserException; }
+
+IMPLEMENT_DYNAMIC(CMemoryException, CException)
+IMPLEMENT_DYNAMIC(CNotSupportedException, CException)
+
+namespace {
+BOOL CopyMessage(const wchar_t* text, LPTSTR error, UINT maxError, PUINT helpContext) {
+    if (helpContext) *helpContext = 0;
+    if (!error || maxError == 0) return FALSE;
+    std::wcsncpy(error, text, maxError - 1);
+    error[maxError - 1] = L'\0';
+    return TRUE;
+}
+}  // namespace
+
+BOOL CMemoryException::GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext) const {
+    return CopyMessage(L"Out of memory.", error, maxError, helpContext);
+}
+
+BOOL CNotSupportedException::GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext) const {
+    return CopyMessage(L"An unsupported operation was attempted.", error, maxError, helpContext);
+}
+
+void AfxThrowMemoryException() { throw new CMemoryException; }
+void AfxThrowNotSupportedException() { throw new CNotSupportedException; }

@@ -1,0 +1,52 @@
+// Status codes of the platform's component calls (HRESULT, SCODE): the
+// values it publishes.
+#pragma once
+
+#include "windows.h"
+
+typedef LONG SCODE;
+
+#define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
+#define FAILED(hr) (static_cast<HRESULT>(hr) < 0)
+#define HRESULT_CODE(hr) ((hr) & 0xFFFF)
+#define SCODE_CODE(sc) ((sc) & 0xFFFF)
+#define HRESULT_FACILITY(hr) (((hr) >> 16) & 0x1fff)
+#define FACILITY_WIN32 7
+#define HRESULT_FROM_WIN32(x)                                                                             \
+    (static_cast<HRESULT>(x) <= 0 ? static_cast<HRESULT>(x)                                               \
+                                  : static_cast<HRESULT>(((x) & 0x0000FFFFu) | (FACILITY_WIN32 << 16) | 0x80000000u))
+
+#define QM_HRESULT(x) static_cast<HRESULT>(static_cast<DWORD>(x))
+#define S_OK QM_HRESULT(0x00000000u)
+#define S_FALSE QM_HRESULT(0x00000001u)
+#define E_UNEXPECTED QM_HRESULT(0x8000FFFFu)
+#define E_NOTIMPL QM_HRESULT(0x80004001u)
+#define E_NOINTERFACE QM_HRESULT(0x80004002u)
+#define E_POINTER QM_HRESULT(0x80004003u)
+#define E_FAIL QM_HRESULT(0x80004005u)
+#define E_OUTOFMEMORY QM_HRESULT(0x8007000Eu)
+#define E_INVALIDARG QM_HRESULT(0x80070057u)
+#define DISP_E_UNKNOWNINTERFACE QM_HRESULT(0x80020001u)
+#define DISP_E_MEMBERNOTFOUND QM_HRESULT(0x80020003u)
+#define DISP_E_PARAMNOTFOUND QM_HRESULT(0x80020004u)
+#define DISP_E_TYPEMISMATCH QM_HRESULT(0x80020005u)
+#define DISP_E_UNKNOWNNAME QM_HRESULT(0x80020006u)
+#define DISP_E_NONAMEDARGS QM_HRESULT(0x80020007u)
+#define DISP_E_BADVARTYPE QM_HRESULT(0x80020008u)
+#define DISP_E_EXCEPTION QM_HRESULT(0x80020009u)
+#define DISP_E_OVERFLOW QM_HRESULT(0x8002000Au)
+#define DISP_E_BADINDEX QM_HRESULT(0x8002000Bu)
+#define DISP_E_BADPARAMCOUNT QM_HRESULT(0x8002000Eu)
+#define DISP_E_PARAMNOTOPTIONAL QM_HRESULT(0x8002000Fu)
+#define REGDB_E_CLASSNOTREG QM_HRESULT(0x80040154u)
+#define MK_E_UNAVAILABLE QM_HRESULT(0x800401E3u)
+#define CO_E_CLASSSTRING QM_HRESULT(0x800401F3u)
+#define CLASS_E_NOAGGREGATION QM_HRESULT(0x80040110u)
+#define RPC_E_CALL_REJECTED QM_HRESULT(0x80010001u)
+#define RPC_E_DISCONNECTED QM_HRESULT(0x80010108u)
+#define RPC_E_SERVERCALL_RETRYLATER QM_HRESULT(0x8001010Au)
+#define CO_E_SERVER_EXEC_FAILURE QM_HRESULT(0x80080005u)
+
+// Codes of the operating system's own calls.
+#define ERROR_OUTOFMEMORY 14L
+#define ERROR_MR_MID_NOT_FOUND 317L
