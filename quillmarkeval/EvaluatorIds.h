@@ -11,3 +11,4 @@
 
 // Each evaluator keeps the argument part of its code under "<id> Data".
 #define QM_TABLE_CELL_DATA L"TableCell Data"
+#define QM_BLOCK_COUNT_DATA L"AcBlockCount Data"

@@ -2,13 +2,14 @@
 
 #include <tchar.h>
 
+#include "BlockCountEvaluator.h"
 #include "EvaluatorIds.h"
 #include "TableCellEvaluator.h"
 
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
-    {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, false},
+    {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, true},
     {QM_EVAL_TEXT_FILE, false}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
 };
 
@@ -21,13 +22,18 @@ int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
     return static_cast<int>(sizeof(kSlots) / sizeof(kSlots[0]));
 }
 
-AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader() : m_tableCell(new AsdkTableCellEvaluator) {}
+AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
+    : m_tableCell(new AsdkTableCellEvaluator), m_blockCount(new AsdkBlockCountEvaluator) {}
 
-AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() { delete m_tableCell; }
+AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
+    delete m_tableCell;
+    delete m_blockCount;
+}
 
 AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
     if (!evaluatorId) return nullptr;
     if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
+    if (_wcsicmp(evaluatorId, QM_EVAL_BLOCK_COUNT) == 0) return m_blockCount;
     return nullptr;
 }
 

@@ -6,6 +6,7 @@
 #include "StdAfx.h"
 
 class AsdkTableCellEvaluator;
+class AsdkBlockCountEvaluator;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -20,6 +21,7 @@ public:
 
 private:
     AsdkTableCellEvaluator* m_tableCell;
+    AsdkBlockCountEvaluator* m_blockCount;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether
