@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
+#include <cwchar>
 #include <cwctype>
 #include <string>
 
@@ -102,6 +103,36 @@ bool IsHandleText(const std::wstring& text) {
     return true;
 }
 
+// A number of at most 15 digits with a point and no exponent, such as
+// attribute values are: its digits as a whole number divided by a power of
+// ten, both exact in a double, give the nearest double in one rounding, as
+// wcstod does, without its cost. False for anything else.
+bool ReadShortDecimal(const wchar_t* text, double& value) {
+    static const double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const wchar_t* p = text;
+    bool negative = *p == L'-';
+    if (*p == L'+' || *p == L'-') ++p;
+    long long digits = 0;
+    int count = 0, fraction = 0;
+    bool point = false;
+    for (;; ++p) {
+        if (*p >= L'0' && *p <= L'9') {
+            if (++count > 15) return false;
+            digits = digits * 10 + (*p - L'0');
+            if (point) ++fraction;
+        } else if (*p == L'.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    if (count == 0 || (*p != L'\0' && !IsBlank(*p))) return false;
+    value = static_cast<double>(digits) / kPowers[fraction];
+    if (negative) value = -value;
+    return true;
+}
+
 bool Fail(CString& why, const CString& message) {
     why = message;
     return false;
@@ -109,35 +140,42 @@ bool Fail(CString& why, const CString& message) {
 
 }  // namespace
 
-bool ReadDecimalNumber(const CString& text, double& number) {
-    std::wstring s(static_cast<const wchar_t*>(text), static_cast<size_t>(text.GetLength()));
-    size_t begin = 0, end = s.size();
-    while (begin < end && IsBlank(s[begin])) ++begin;
-    while (end > begin && IsBlank(s[end - 1])) --end;
-    s = s.substr(begin, end - begin);
-    // Sign, digits with at most one point (a digit on one side at least), and
-    // an exponent with digits.
-    size_t i = 0;
-    if (i < s.size() && (s[i] == L'+' || s[i] == L'-')) ++i;
+bool ReadDecimalNumber(const wchar_t* text, double& number) {
+    if (!text) return false;
+    // Blanks, a sign, digits with at most one point (a digit on one side at
+    // least), an exponent with digits, blanks; read in place.
+    const wchar_t* p = text;
+    while (IsBlank(*p)) ++p;
+    const wchar_t* start = p;
+    if (*p == L'+' || *p == L'-') ++p;
     size_t digits = 0;
-    while (i < s.size() && std::iswdigit(static_cast<wint_t>(s[i]))) ++i, ++digits;
-    if (i < s.size() && s[i] == L'.') {
-        ++i;
-        while (i < s.size() && std::iswdigit(static_cast<wint_t>(s[i]))) ++i, ++digits;
+    while (*p >= L'0' && *p <= L'9') ++p, ++digits;
+    if (*p == L'.') {
+        ++p;
+        while (*p >= L'0' && *p <= L'9') ++p, ++digits;
     }
     if (digits == 0) return false;
-    if (i < s.size() && (s[i] == L'e' || s[i] == L'E')) {
-        ++i;
-        if (i < s.size() && (s[i] == L'+' || s[i] == L'-')) ++i;
+    if (*p == L'e' || *p == L'E') {
+        ++p;
+        if (*p == L'+' || *p == L'-') ++p;
         size_t exponent = 0;
-        while (i < s.size() && std::iswdigit(static_cast<wint_t>(s[i]))) ++i, ++exponent;
+        while (*p >= L'0' && *p <= L'9') ++p, ++exponent;
         if (exponent == 0) return false;
     }
-    if (i != s.size()) return false;
-    double value = std::wcstod(s.c_str(), nullptr);
+    while (IsBlank(*p)) ++p;
+    if (*p != L'\0') return false;
+    double value = 0;
+    if (!ReadShortDecimal(start, value)) value = std::wcstod(start, nullptr);
     if (!std::isfinite(value)) return false;
     number = value;
     return true;
+}
+
+bool ReadDecimalNumber(const CString& text, double& number) {
+    // A text with a zero inside reads no further than the zero, which the
+    // whole-text rule then refuses.
+    if (static_cast<size_t>(text.GetLength()) != std::wcslen(text)) return false;
+    return ReadDecimalNumber(static_cast<const wchar_t*>(text), number);
 }
 
 bool ReadBlockCountOperator(const CString& text, BlockCountOperator& op) {
@@ -262,11 +300,17 @@ bool BlockCountCondition::Holds(int comparison) const {
 
 bool BlockCountCondition::AcceptsNumber(double actual, const CString& actualText) const {
     if (!m_expectedIsNumber || !std::isfinite(actual)) return Holds(actualText.CompareNoCase(m_expected));
-    return Holds(actual < m_expectedNumber ? -1 : actual > m_expectedNumber ? 1 : 0);
+    return Holds(Compare(actual));
 }
 
-bool BlockCountCondition::Accepts(const CString& actual) const {
+bool BlockCountCondition::Accepts(const wchar_t* actual) const {
+    if (!actual) actual = L"";
     double number = 0;
-    if (m_expectedIsNumber && ReadDecimalNumber(actual, number)) return AcceptsNumber(number, actual);
-    return Holds(actual.CompareNoCase(m_expected));
+    if (m_expectedIsNumber && ReadDecimalNumber(actual, number)) return Holds(Compare(number));
+    int reversed = m_expected.CompareNoCase(actual);  // the expected value against the actual one
+    return Holds((reversed < 0) - (reversed > 0));
+}
+
+int BlockCountCondition::Compare(double actual) const {
+    return actual < m_expectedNumber ? -1 : actual > m_expectedNumber ? 1 : 0;
 }

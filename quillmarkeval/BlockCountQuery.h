@@ -41,19 +41,21 @@ bool ReadBlockCountOperator(const CString& text, BlockCountOperator& op);
 // no hexadecimal, no infinity or nan, nothing beyond the range of a
 // double): true and its value.
 bool ReadDecimalNumber(const CString& text, double& number);
+bool ReadDecimalNumber(const wchar_t* text, double& number);
 
 // The attribute condition, its value read once: a value satisfies it as a
 // number when both read wholly as numbers, else as a text not minding case.
 class BlockCountCondition {
 public:
     BlockCountCondition(BlockCountOperator op, const CString& expected);
-    bool Accepts(const CString& actual) const;
+    bool Accepts(const wchar_t* actual) const;
     // A value that is a number already (a dynamic property); its text serves
     // when the expected value is no number.
     bool AcceptsNumber(double actual, const CString& actualText) const;
 
 private:
     bool Holds(int comparison) const;
+    int Compare(double actual) const;
 
     BlockCountOperator m_op;
     CString m_expected;

@@ -15,16 +15,40 @@ namespace {
 
 // Counts grow through nesting, where a definition placed often adds what
 // it holds each time; they stop at a ceiling far above what a field can
-// show, so that no sum overflows.
+// show, so that no sum or product overflows.
 constexpr Adesk::Int64 kCeiling = Adesk::Int64(1) << 62;
 
 Adesk::Int64 Plus(Adesk::Int64 a, Adesk::Int64 b) { return std::min(a + b, kCeiling); }
+
+Adesk::Int64 Times(Adesk::Int64 a, Adesk::Int64 b) {
+    if (a == 0 || b == 0) return 0;
+    return a > kCeiling / b ? kCeiling : a * b;
+}
 
 // Symbol names compare without regard to case.
 std::wstring NameKey(const ACHAR* name) {
     std::wstring key = name ? name : L"";
     for (wchar_t& c : key) c = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
     return key;
+}
+
+// Tags compare without regard to case; letters of the ASCII range, which
+// tags nearly always are, fold without a look-up.
+bool SameTag(const wchar_t* a, const wchar_t* b) {
+    for (;; ++a, ++b) {
+        wchar_t x = *a, y = *b;
+        if (x == y) {
+            if (!x) return true;
+            continue;
+        }
+        if (x < 0x80 && y < 0x80) {
+            if (x >= L'a' && x <= L'z') x = static_cast<wchar_t>(x - 32);
+            if (y >= L'a' && y <= L'z') y = static_cast<wchar_t>(y - 32);
+            if (x != y) return false;
+        } else if (std::towupper(static_cast<wint_t>(x)) != std::towupper(static_cast<wint_t>(y))) {
+            return false;
+        }
+    }
 }
 
 std::unordered_set<std::wstring> NameKeys(const std::vector<CString>& names) {
@@ -46,74 +70,72 @@ using IdMap = std::unordered_map<AcDbObjectId, T, IdHash>;
 // How a block record's references go by name.
 enum class NameMatch { kNo, kYes, kByReference };
 
-// A memo of counts over blocks that notes the blocks on the way, so that a
-// block reached again through itself adds nothing more.
-class BlockMemo {
+// The strongly connected parts of a graph of blocks (a block that holds
+// itself, directly or through others, is one part with them), found by
+// Tarjan's walk on a stack of its own, so that nesting of any depth ends.
+// Each part is finished once every part its edges lead to is finished.
+class BlockComponents {
 public:
-    // The memo's count of a block, or false when it has none yet; a block on
-    // the way counts 0.
-    bool Find(AcDbObjectId id, Adesk::Int64& count) const {
-        auto it = m_counts.find(id);
-        if (it == m_counts.end()) return false;
-        count = it->second;
-        return true;
+    bool Seen(AcDbObjectId id) const { return m_index.count(id) > 0; }
+
+    // Walks from root unless it was walked already. next(id, out) lists the
+    // blocks the edges of a block lead to; finish(members) takes each part.
+    template <class Next, class Finish>
+    void Walk(AcDbObjectId root, Next&& next, Finish&& finish) {
+        if (Seen(root)) return;
+        struct Frame {
+            AcDbObjectId block;
+            std::vector<AcDbObjectId> next;
+            size_t at = 0;
+        };
+        std::vector<Frame> frames;
+        auto enter = [&](AcDbObjectId block) {
+            m_index[block] = m_low[block] = m_counter++;
+            m_stack.push_back(block);
+            m_onStack[block] = true;
+            Frame frame;
+            frame.block = block;
+            next(block, frame.next);
+            frames.push_back(std::move(frame));
+        };
+        enter(root);
+        while (!frames.empty()) {
+            Frame& top = frames.back();
+            if (top.at < top.next.size()) {
+                AcDbObjectId target = top.next[top.at++];
+                if (!Seen(target)) {
+                    enter(target);  // top is gone with the push
+                } else if (m_onStack[target]) {
+                    m_low[top.block] = std::min(m_low[top.block], m_index[target]);
+                }
+                continue;
+            }
+            AcDbObjectId block = top.block;
+            if (m_low[block] == m_index[block]) {
+                std::vector<AcDbObjectId> members;
+                AcDbObjectId member;
+                do {
+                    member = m_stack.back();
+                    m_stack.pop_back();
+                    m_onStack[member] = false;
+                    members.push_back(member);
+                } while (member != block);
+                finish(members);
+            }
+            frames.pop_back();
+            if (!frames.empty()) {
+                AcDbObjectId parent = frames.back().block;
+                m_low[parent] = std::min(m_low[parent], m_low[block]);
+            }
+        }
     }
-    void Begin(AcDbObjectId id) { m_counts[id] = 0; }
-    void End(AcDbObjectId id, Adesk::Int64 count) { m_counts[id] = count; }
 
 private:
-    IdMap<Adesk::Int64> m_counts;
+    IdMap<int> m_index, m_low;
+    IdMap<bool> m_onStack;
+    std::vector<AcDbObjectId> m_stack;
+    int m_counter = 0;
 };
-
-// One thing a block holds: what it adds itself, and the block through which
-// it adds more (null for none).
-struct Step {
-    Adesk::Int64 own = 0;
-    AcDbObjectId next;
-};
-
-// The sum over a block's steps of what each adds itself and what its next
-// block sums to, each block summed once. The walk keeps its own stack, so
-// that nesting of any depth ends; a block reached again on its own way adds
-// nothing more.
-template <class Expand>
-Adesk::Int64 SumThrough(BlockMemo& memo, AcDbObjectId root, Expand&& expand) {
-    Adesk::Int64 known = 0;
-    if (memo.Find(root, known)) return known;
-    struct Frame {
-        AcDbObjectId block;
-        std::vector<Step> steps;
-        size_t next = 0;
-        Adesk::Int64 sum = 0;
-    };
-    std::vector<Frame> frames;
-    auto enter = [&](AcDbObjectId block) {
-        memo.Begin(block);
-        Frame frame;
-        frame.block = block;
-        expand(block, frame.steps);
-        frames.push_back(std::move(frame));
-    };
-    enter(root);
-    for (;;) {
-        Frame& top = frames.back();
-        if (top.next == top.steps.size()) {
-            memo.End(top.block, top.sum);
-            Adesk::Int64 sum = top.sum;
-            frames.pop_back();
-            if (frames.empty()) return sum;
-            continue;
-        }
-        const Step& step = top.steps[top.next];
-        Adesk::Int64 inner = 0;
-        if (!step.next.isNull() && !memo.Find(step.next, inner)) {
-            enter(step.next);  // its sum is in the memo when the walk comes back here
-            continue;
-        }
-        top.sum = Plus(top.sum, Plus(step.own, inner));
-        ++top.next;
-    }
-}
 
 }  // namespace
 
@@ -127,10 +149,17 @@ struct CBlockCounter::State {
     IdMap<NameMatch> recordMatches;         // every block record but the layouts
     std::vector<AcDbObjectId> recordOrder;  // the same, in table order
     IdMap<bool> layoutRecords;              // block record: is a layout
-    std::vector<AcDbObjectId> layoutOrder;  // the layouts, in table order
     IdMap<bool> layerMatches;
     IdMap<bool> dynamicMatches;             // dynamic block record: its name is asked for
-    BlockMemo contents;                     // block: what it holds that counts
+    // Down from a space: what each block holds that counts, through every
+    // level; the references each block holds, until its part is finished.
+    BlockComponents down;
+    IdMap<Adesk::Int64> contents;
+    IdMap<std::vector<std::pair<Adesk::Int64, AcDbObjectId>>> held;
+    // Up from the references: how often the spaces hold each definition.
+    BlockComponents up;
+    IdMap<Adesk::Int64> placements;
+    IdMap<std::vector<AcDbObjectId>> holders;  // the owner of each reference to a block
 
     State(AcDbDatabase* db, const BlockCountQuery& q)
         : database(db), query(q), names(NameKeys(q.names)), layers(NameKeys(q.layers)) {
@@ -156,10 +185,7 @@ struct CBlockCounter::State {
                 bool layout = record->isLayout(), isAnonymous = record->isAnonymous();
                 record->close();
                 layoutRecords[id] = layout;
-                if (layout) {
-                    layoutOrder.push_back(id);
-                    continue;
-                }
+                if (layout) continue;
                 recordMatches[id] = listed ? NameMatch::kYes : NameMatch::kNo;
                 recordOrder.push_back(id);
                 if (listed && AcDbDynBlockReference::isDynamicBlock(id)) dynamicAskedFor = true;
@@ -229,11 +255,11 @@ struct CBlockCounter::State {
             AcDbObjectPointer<AcDbAttribute> attribute(iterator->objectId());
             if (attribute.openStatus() != Acad::eOk) continue;
             ACHAR* tag = attribute->tag();
-            bool same = tag && query.tag.CompareNoCase(tag) == 0;
+            bool same = tag && SameTag(query.tag, tag);
             acutDelBuffer(tag);
             if (!same) continue;
             ACHAR* text = attribute->textString();
-            bool accepted = condition->Accepts(CString(text));
+            bool accepted = condition->Accepts(text);
             acutDelBuffer(text);
             delete iterator;
             return accepted;
@@ -245,11 +271,11 @@ struct CBlockCounter::State {
         AcDbDynBlockReferencePropertyArray properties;
         dynamic.getBlockProperties(properties);
         for (int i = 0; i < properties.length(); ++i) {
-            if (query.tag.CompareNoCase(properties[i].propertyName().kwszPtr()) != 0) continue;
+            if (!SameTag(query.tag, properties[i].propertyName().kwszPtr())) continue;
             AcDbEvalVariant value = properties[i].value();
             CString text;
             switch (value.restype) {
-            case AcDb::kDxfText: return condition->Accepts(CString(value.resval.rstring));
+            case AcDb::kDxfText: return condition->Accepts(value.resval.rstring);
             case AcDb::kDxfReal:
                 text.Format(L"%g", value.resval.rreal);
                 return condition->AcceptsNumber(value.resval.rreal, text);
@@ -269,29 +295,96 @@ struct CBlockCounter::State {
         return NameAskedFor(reference) && OnLayer(reference) && MeetsCondition(reference);
     }
 
-    // What a block holds that counts, through every level.
+    // What a block holds that counts, through every level. Blocks that hold
+    // one another count as one: each reference inside them once, and what
+    // the references that lead out of them hold.
     Adesk::Int64 Contents(AcDbObjectId blockId) {
-        return SumThrough(contents, blockId, [&](AcDbObjectId block, std::vector<Step>& steps) {
-            AcDbBlockTableRecordIterator* iterator = nullptr;
-            {
-                AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> record(block);
-                if (record.openStatus() != Acad::eOk) return;
-                record->newIterator(iterator, true, true);
-            }
-            for (; iterator && !iterator->done(); iterator->step(true, true)) {
-                AcDbObjectId id;
-                iterator->getEntityId(id);
-                AcDbObjectPointer<AcDbBlockReference> reference(id);
-                if (reference.openStatus() != Acad::eOk) continue;
-                steps.push_back({Counts(*reference.object()) ? 1 : 0, reference->blockTableRecord()});
-            }
-            delete iterator;
-        });
+        down.Walk(
+            blockId,
+            [&](AcDbObjectId block, std::vector<AcDbObjectId>& next) {
+                std::vector<std::pair<Adesk::Int64, AcDbObjectId>>& steps = held[block];
+                AcDbBlockTableRecordIterator* iterator = nullptr;
+                {
+                    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> record(block);
+                    if (record.openStatus() != Acad::eOk) return;
+                    record->newIterator(iterator, true, true);
+                }
+                for (; iterator && !iterator->done(); iterator->step(true, true)) {
+                    AcDbObjectId id;
+                    iterator->getEntityId(id);
+                    AcDbObjectPointer<AcDbBlockReference> reference(id);
+                    if (reference.openStatus() != Acad::eOk) continue;
+                    AcDbObjectId inner = reference->blockTableRecord();
+                    steps.emplace_back(Counts(*reference.object()) ? 1 : 0, inner);
+                    next.push_back(inner);
+                }
+                delete iterator;
+            },
+            [&](const std::vector<AcDbObjectId>& members) {
+                std::unordered_set<AcDbObjectId, IdHash> part(members.begin(), members.end());
+                Adesk::Int64 sum = 0;
+                for (AcDbObjectId member : members) {
+                    for (const auto& [own, inner] : held[member]) {
+                        sum = Plus(sum, own);
+                        if (!part.count(inner)) sum = Plus(sum, contents[inner]);
+                    }
+                }
+                for (AcDbObjectId member : members) {
+                    contents[member] = sum;
+                    held.erase(member);
+                }
+            });
+        return contents[blockId];
     }
 
-    // The references of the blocks asked for that a space holds itself.
-    Adesk::Int64 CountInSpacesOnly() {
+    // How often the spaces hold a definition, through the definitions that
+    // hold it. Definitions that hold one another share the count of the ways
+    // into them.
+    Adesk::Int64 Placements(AcDbObjectId blockId) {
+        if (IsLayout(blockId)) return 1;
+        up.Walk(
+            blockId,
+            [&](AcDbObjectId block, std::vector<AcDbObjectId>& next) {
+                std::vector<AcDbObjectId>& owners = holders[block];
+                AcDbObjectIdArray references;
+                {
+                    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> record(block);
+                    if (record.openStatus() != Acad::eOk) return;
+                    record->getBlockReferenceIds(references, true, false);
+                }
+                for (int i = 0; i < references.length(); ++i) {
+                    AcDbObjectPointer<AcDbBlockReference> reference(references[i]);
+                    if (reference.openStatus() != Acad::eOk) continue;
+                    AcDbObjectId owner = reference->ownerId();
+                    owners.push_back(owner);
+                    if (!IsLayout(owner)) next.push_back(owner);
+                }
+            },
+            [&](const std::vector<AcDbObjectId>& members) {
+                std::unordered_set<AcDbObjectId, IdHash> part(members.begin(), members.end());
+                Adesk::Int64 ways = 0;
+                for (AcDbObjectId member : members) {
+                    for (AcDbObjectId owner : holders[member]) {
+                        if (IsLayout(owner)) ways = Plus(ways, 1);
+                        else if (!part.count(owner)) ways = Plus(ways, placements[owner]);
+                    }
+                }
+                for (AcDbObjectId member : members) {
+                    placements[member] = ways;
+                    holders.erase(member);
+                }
+            });
+        return placements[blockId];
+    }
+
+    // The whole drawing: each reference of a block asked for, once for a
+    // space that holds it and, with nesting, as often as the spaces hold the
+    // definition that holds it. Only the references of the blocks asked for
+    // are looked at.
+    Adesk::Int64 CountEverywhere() {
         Adesk::Int64 total = 0;
+        IdMap<Adesk::Int64> countedIn;  // definition: its references that count
+        std::vector<AcDbObjectId> definitions;
         for (AcDbObjectId recordId : recordOrder) {
             if (recordMatches[recordId] == NameMatch::kNo) continue;
             AcDbObjectIdArray references;
@@ -301,12 +394,23 @@ struct CBlockCounter::State {
                 record->getBlockReferenceIds(references, true, false);
             }
             for (int i = 0; i < references.length(); ++i) {
-                if (references[i].isEffectivelyErased()) continue;
                 AcDbObjectPointer<AcDbBlockReference> reference(references[i]);
-                if (reference.openStatus() != Acad::eOk || !IsLayout(reference->ownerId())) continue;
-                if (Counts(*reference.object())) total = Plus(total, 1);
+                if (reference.openStatus() != Acad::eOk) continue;
+                AcDbObjectId owner = reference->ownerId();
+                bool inSpace = IsLayout(owner);
+                if (!inSpace && !query.nested) continue;
+                if (!Counts(*reference.object())) continue;
+                if (inSpace) {
+                    total = Plus(total, 1);
+                } else {
+                    auto [it, added] = countedIn.emplace(owner, 0);
+                    if (added) definitions.push_back(owner);
+                    it->second = Plus(it->second, 1);
+                }
             }
         }
+        for (AcDbObjectId definition : definitions)
+            total = Plus(total, Times(countedIn[definition], Placements(definition)));
         return total;
     }
 
@@ -369,16 +473,7 @@ CBlockCounter::Result CBlockCounter::Count(Adesk::Int32& count) {
     if (state.query.hasSpace && !state.FindSpace(spaceId)) return kNoSuchSpace;
     if (state.names.empty()) return kCounted;
     state.ReadRecords();
-    Adesk::Int64 total = 0;
-    if (state.query.hasSpace) {
-        total = state.CountInSpace(spaceId);
-    } else if (state.query.nested) {
-        // Down from each space, so that every definition is walked once and
-        // a block met again on its own way adds nothing more.
-        for (AcDbObjectId space : state.layoutOrder) total = Plus(total, state.CountInSpace(space));
-    } else {
-        total = state.CountInSpacesOnly();
-    }
+    Adesk::Int64 total = state.query.hasSpace ? state.CountInSpace(spaceId) : state.CountEverywhere();
     if (total > std::numeric_limits<Adesk::Int32>::max()) return kTooMany;
     count = static_cast<Adesk::Int32>(total);
     return kCounted;

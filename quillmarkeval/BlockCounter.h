@@ -16,9 +16,11 @@
 // whose extents lie wholly inside the window (in x and y), and with nesting
 // what those references hold.
 //
-// Each definition is looked at once, however often it is placed, and a
-// block that holds itself, directly or through others, counts once on each
-// level reached and then stops.
+// Each definition is looked at once, however often it is placed; counting
+// the whole drawing looks only at the references of the blocks asked for and
+// at the definitions that hold them. Blocks that hold one another (which
+// only a broken file makes) count as one: each reference inside them once
+// for each way into them, and the walk ends.
 #pragma once
 
 #include "StdAfx.h"

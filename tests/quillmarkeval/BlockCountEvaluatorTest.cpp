@@ -405,6 +405,9 @@ TEST(BlockCountConditionTest, NumbersWhenBothAreNumbersElseTextsNotMindingCase) 
         {L"Swing", L"=", L"sWING", true},   {L"a", L"<", L"B", true},         {L"", L"=", L"", true},
         {L"", L"<", L"a", true},            {L"1", L"!=", L"1.0", false},     {L"2", L">=", L"2", true},
         {L"2", L"<=", L"1", false},         {L"1 2", L"=", L"1", false},      {L"+3", L"=", L"3", true},
+        {L"0.1", L"=", L"0.10", true},      {L"-0", L"=", L"0", true},        {L"0.3", L"=", L"0.30000000000000004", false},
+        {L"1234567890123456", L">", L"1234567890123455", true},  // beyond fifteen digits
+        {L"123456789012345.6", L">", L"123456789012345", true},
     };
     for (const Case& c : cases) {
         BlockCountOperator op;
