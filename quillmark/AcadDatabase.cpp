@@ -5,6 +5,7 @@
 #include <dbobjptr.h>
 
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -25,6 +26,9 @@ const BuiltInRow kBuiltIns[] = {
     {L"X scale", L"XScale", 8},         {L"Y scale", L"YScale", 16},        {L"Z scale", L"ZScale", 32},
     {L"Rotation", L"Rotation", 64},     {L"Layer", L"Layer", 128},
 };
+
+// ReadLayerState without its report: the status of the look-up.
+Acad::ErrorStatus ReadLayerStateOf(const CString& layerName, AcadLayer& layer, AcDbDatabase* database);
 
 AcadAttributeArray& BuiltInTable() {
     static AcadAttributeArray table;
@@ -93,31 +97,74 @@ void ReadProperties(AcDbObjectId referenceId, AcadBlock& block, AcadBlockRef& re
 void ReadAttributes(const AcDbBlockReference& source, AcadBlockRef& reference) {
     AcDbObjectIterator* iterator = source.attributeIterator();
     if (!iterator) return;
-    for (; !iterator->done(); iterator->step(false, true)) {
+    // The slots are made at once and filled in place.
+    INT_PTR count = 0;
+    for (; !iterator->done(); iterator->step(false, true)) ++count;
+    AcadAttributeArray& attributes = reference.m_attributes;
+    INT_PTR filled = attributes.GetSize();
+    attributes.SetSize(filled + count);
+    for (iterator->start(); !iterator->done(); iterator->step(false, true)) {
         AcDbObjectPointer<AcDbAttribute> attribute(iterator->objectId());
         if (attribute.openStatus() != Acad::eOk) continue;
         ACHAR* tag = attribute->tag();
         ACHAR* value = attribute->textString();
-        AcadAttribute read(tag, value, 0);
-        reference.m_attributes.Add(read);
+        AcadAttribute& read = attributes[filled++];
+        read.m_tag = tag;
+        read.m_value = value;
+        read.m_code = 0;
         acutDelBuffer(tag);
         acutDelBuffer(value);
     }
+    attributes.SetSize(filled);
     delete iterator;
+}
+
+// What one reading of a drawing keeps while it runs: the state of each
+// layer met, read once and reported again for every reference on a layer
+// that the table cannot find.
+struct ReadingContext {
+    AcDbDatabase* database;
+    CString drawingPath;
+    struct LayerState {
+        AcadLayer layer;
+        Acad::ErrorStatus status;
+    };
+    std::unordered_map<Adesk::UInt64, LayerState> layers;  // by the layer's handle
+};
+
+Adesk::UInt64 IdKey(AcDbObjectId id) {
+    AcDbHandle handle = id.handle();
+    return (Adesk::UInt64(handle.high()) << 32) | handle.low();
+}
+
+const AcadLayer& LayerOf(const AcDbBlockReference& source, ReadingContext& context) {
+    Adesk::UInt64 key = IdKey(source.layerId());
+    auto found = context.layers.find(key);
+    if (found != context.layers.end()) {
+        if (found->second.status != Acad::eOk) ReportArxError(found->second.status, kSourceName, kLayerReportLine);
+        return found->second.layer;
+    }
+    ACHAR* layerName = source.layer();
+    ReadingContext::LayerState state{AcadLayer(), Acad::eOk};
+    state.status = ReadLayerStateOf(layerName, state.layer, context.database);
+    acutDelBuffer(layerName);
+    ReportArxError(state.status, kSourceName, kLayerReportLine);
+    return context.layers.emplace(key, state).first->second.layer;
 }
 
 // Reads one reference into a slot of the block's array; false when it does
 // not open.
-bool ReadReference(AcDbObjectId id, AcDbDatabase* database, AcadBlock& block, AcadBlockRef& reference) {
+bool ReadReference(AcDbObjectId id, ReadingContext& context, AcadBlock& block, AcadBlockRef& reference) {
     AcDbObjectPointer<AcDbBlockReference> source(id);
     if (source.openStatus() != Acad::eOk) return false;
-    ACHAR* layerName = source->layer();
-    CString handle;
-    GetObjectHandleText(source.object(), handle);
-    AcadLayer layer;
-    ReadLayerState(layerName, layer, database);
-    acutDelBuffer(layerName);
-    reference = AcadBlockRef(source->position(), source->scaleFactors(), layer, source->rotation(), handle);
+    AcGePoint3d position = source->position();
+    reference.m_position[0] = position.x;
+    reference.m_position[1] = position.y;
+    reference.m_position[2] = position.z;
+    reference.m_scale = source->scaleFactors();
+    reference.m_rotation = source->rotation();
+    reference.m_layer = LayerOf(*source.object(), context);
+    GetObjectHandleText(source.object(), reference.m_handle);
     AcDbDynBlockReference dynamic(id);
     if (dynamic.isDynamicBlock()) ReadProperties(id, block, reference);
     else ReadAttributes(*source.object(), reference);
@@ -126,11 +173,11 @@ bool ReadReference(AcDbObjectId id, AcDbDatabase* database, AcadBlock& block, Ac
 
 // Reads one block record into a slot of the array; false when the record is
 // left out of the snapshot.
-bool ReadBlock(AcDbBlockTableRecord* record, AcDbDatabase* database, const CString& drawingPath, AcadBlock& block) {
+bool ReadBlock(AcDbBlockTableRecord* record, ReadingContext& context, AcadBlock& block) {
     const ACHAR* name = nullptr;
     record->getName(name);
     if (record->isLayout() || record->isUnloaded() || record->isFromOverlayReference()) return false;
-    block = AcadBlock(drawingPath, name ? name : L"", record->hasAttributeDefinitions() ? 1 : 0,
+    block = AcadBlock(context.drawingPath, name ? name : L"", record->hasAttributeDefinitions() ? 1 : 0,
                       record->isAnonymous() ? 1 : 0, record->isFromExternalReference() ? 1 : 0,
                       record->isFromOverlayReference() ? 1 : 0, record->isLayout() ? 1 : 0,
                       record->isUnloaded() ? 1 : 0);
@@ -145,7 +192,7 @@ bool ReadBlock(AcDbBlockTableRecord* record, AcDbDatabase* database, const CStri
     INT_PTR filled = 0;
     for (int i = 0; i < ids.length(); ++i) {
         if (ids[i].isEffectivelyErased()) continue;
-        if (ReadReference(ids[i], database, block, references[filled])) ++filled;
+        if (ReadReference(ids[i], context, block, references[filled])) ++filled;
     }
     references.SetSize(filled);
     return !block.m_anonymous;
@@ -286,11 +333,12 @@ AcadBlockArray::~AcadBlockArray() = default;
 
 // ---- Reading ---------------------------------------------------------------------
 
-void ReadLayerState(CString layerName, AcadLayer& layer, AcDbDatabase* database) {
-    if (layerName.IsEmpty() || !database) return;
+namespace {
+Acad::ErrorStatus ReadLayerStateOf(const CString& layerName, AcadLayer& layer, AcDbDatabase* database) {
+    if (layerName.IsEmpty() || !database) return Acad::eOk;
     layer.m_name = layerName;
     AcDbLayerTable* table = nullptr;
-    if (database->getSymbolTable(table, AcDb::kForRead) != Acad::eOk) return;
+    if (database->getSymbolTable(table, AcDb::kForRead) != Acad::eOk) return Acad::eOk;
     AcDbLayerTableRecord* record = nullptr;
     Acad::ErrorStatus es = table->getAt(layerName, record, AcDb::kForRead);
     if (es == Acad::eOk && record) {
@@ -298,10 +346,14 @@ void ReadLayerState(CString layerName, AcadLayer& layer, AcDbDatabase* database)
         layer.m_off = record->isOff() ? 1 : 0;
         layer.m_locked = record->isLocked() ? 1 : 0;
         record->close();
-    } else {
-        ReportArxError(es, kSourceName, kLayerReportLine);
     }
     table->close();
+    return es == Acad::eOk && !record ? Acad::eKeyNotFound : es;
+}
+}  // namespace
+
+void ReadLayerState(CString layerName, AcadLayer& layer, AcDbDatabase* database) {
+    ReportArxError(ReadLayerStateOf(layerName, layer, database), kSourceName, kLayerReportLine);
 }
 
 Acad::ErrorStatus AcadBlockArray::Read(const ACHAR* path, int shareMode, bool allowCodePageConversion) {
@@ -321,6 +373,7 @@ Acad::ErrorStatus AcadBlockArray::Read(const ACHAR* path, int shareMode, bool al
         ownDatabase = true;
     }
     if (!database) return Acad::eOk;
+    ReadingContext context{database, drawingPath, {}};
 
     AcDbBlockTable* table = nullptr;
     if (database->getSymbolTable(table, AcDb::kForRead) == Acad::eOk) {
@@ -337,7 +390,7 @@ Acad::ErrorStatus AcadBlockArray::Read(const ACHAR* path, int shareMode, bool al
                 AcDbBlockTableRecord* record = nullptr;
                 if (iterator->getRecord(record, AcDb::kForRead) != Acad::eOk || !record) continue;
                 if (filled >= GetSize()) SetSize(filled + 1);
-                if (ReadBlock(record, database, drawingPath, ElementAt(filled))) ++filled;
+                if (ReadBlock(record, context, ElementAt(filled))) ++filled;
                 else ElementAt(filled) = AcadBlock();
                 record->close();
             }
