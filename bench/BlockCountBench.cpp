@@ -5,10 +5,11 @@
 //   - the AcBlockCount evaluator counting DOOR and WINDOW on two layers with
 //     an attribute condition, with \nested, over the drawing of REFERENCES
 //     references.
-// It saves the counted drawing as DXF for bench/ezdxf_blockcount.py, which
-// counts the same with ezdxf, and prints the host's count to compare.
+// It saves the counted drawing as DXF (unless OUT is "-") for
+// bench/ezdxf_blockcount.py, which counts the same with ezdxf, and prints the
+// host's count to compare.
 //
-//     bench_BlockCountBench OUT.dxf [REFERENCES] [SNAPSHOT]
+//     bench_BlockCountBench OUT.dxf|- [REFERENCES] [SNAPSHOT]
 //
 // The drawing: leaf blocks DOOR, WINDOW and CHAIR; DESK holds four chairs;
 // ROOMs hold two doors, two windows, a desk and five chairs; FLOORs hold a
@@ -231,6 +232,10 @@ int main(int argc, char** argv) {
     std::printf("count=%s\ncount_seconds=%.4f\ncount_cpu_seconds=%.4f\n", cadhost::ToUtf8(value).c_str(), best,
                 bestCpu);
 
+    if (out == "-") {
+        UnregisterQuillmarkEvaluators();
+        return 0;
+    }
     start = std::chrono::steady_clock::now();
     Acad::ErrorStatus es = drawing.saveAs(cadhost::FromUtf8(out.string()).c_str());
     if (es != Acad::eOk) {

@@ -13,9 +13,9 @@
 #     bench/run_blockcount_bench.sh [BUILD_FOLDER] [REFERENCES] [SNAPSHOT]
 #
 # BUILD_FOLDER is a build configured with -DQM_BUILD_BENCH=ON (default
-# build-bench, configured and built here if missing). The host also saves
-# its drawing to BUILD_FOLDER/bench-data; `ezdxf_blockcount.py FILE` counts
-# from such a file.
+# build-bench, configured and built here if missing). `bench_BlockCountBench
+# OUT.dxf N` saves the host's drawing too, and `ezdxf_blockcount.py OUT.dxf`
+# counts from that file.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-bench}
@@ -25,11 +25,8 @@ if [[ ! -x $build/bin/bench_BlockCountBench ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
   cmake --build "$build" --target bench_BlockCountBench
 fi
-data=$build/bench-data
-mkdir -p "$data"
-
 echo "== host"
-host=$("$build/bin/bench_BlockCountBench" "$data/blocks_${references}.dxf" "$references" "$snapshot")
+host=$("$build/bin/bench_BlockCountBench" - "$references" "$snapshot")
 echo "$host"
 echo "== ezdxf"
 ez=$(/usr/bin/python3 "$root/bench/ezdxf_blockcount.py" --build "$references")
