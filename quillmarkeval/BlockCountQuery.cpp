@@ -11,7 +11,9 @@ namespace {
 
 const int kShownLength = 40;
 
-bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
+// White space as the host's texts trim it, so that what the evaluator trims
+// off a code reads the same as what stands between its options.
+bool IsBlank(wchar_t c) { return std::iswspace(static_cast<wint_t>(c)) != 0; }
 
 // A piece of the code for a message, cut when it is long.
 CString Shown(const std::wstring& text) {
