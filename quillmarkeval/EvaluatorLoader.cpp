@@ -4,12 +4,13 @@
 
 #include "BlockCountEvaluator.h"
 #include "EvaluatorIds.h"
+#include "ObjectsEvaluator.h"
 #include "TableCellEvaluator.h"
 
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
-    {QM_EVAL_AREA, false},      {QM_EVAL_LENGTH, false},     {QM_EVAL_BLOCK_COUNT, true},
+    {QM_EVAL_AREA, true},       {QM_EVAL_LENGTH, true},      {QM_EVAL_BLOCK_COUNT, true},
     {QM_EVAL_TEXT_FILE, false}, {QM_EVAL_EXCEL_CELL, false}, {QM_EVAL_TABLE_CELL, true},
 };
 
@@ -23,17 +24,22 @@ int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
 }
 
 AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
-    : m_tableCell(new AsdkTableCellEvaluator), m_blockCount(new AsdkBlockCountEvaluator) {}
+    : m_tableCell(new AsdkTableCellEvaluator), m_blockCount(new AsdkBlockCountEvaluator),
+      m_area(new AsdkAreaEvaluator), m_length(new AsdkLengthEvaluator) {}
 
 AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
     delete m_tableCell;
     delete m_blockCount;
+    delete m_area;
+    delete m_length;
 }
 
 AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
     if (!evaluatorId) return nullptr;
     if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
     if (_wcsicmp(evaluatorId, QM_EVAL_BLOCK_COUNT) == 0) return m_blockCount;
+    if (_wcsicmp(evaluatorId, QM_EVAL_AREA) == 0) return m_area;
+    if (_wcsicmp(evaluatorId, QM_EVAL_LENGTH) == 0) return m_length;
     return nullptr;
 }
 

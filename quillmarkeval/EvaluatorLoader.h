@@ -7,6 +7,8 @@
 
 class AsdkTableCellEvaluator;
 class AsdkBlockCountEvaluator;
+class AsdkAreaEvaluator;
+class AsdkLengthEvaluator;
 
 class AsdkQuillmarkEvaluatorLoader : public AcFdFieldEvaluatorLoader {
 public:
@@ -22,6 +24,8 @@ public:
 private:
     AsdkTableCellEvaluator* m_tableCell;
     AsdkBlockCountEvaluator* m_blockCount;
+    AsdkAreaEvaluator* m_area;
+    AsdkLengthEvaluator* m_length;
 };
 
 // The six ids in the order of the Field dialog hook's list, and whether

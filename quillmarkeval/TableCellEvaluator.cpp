@@ -29,8 +29,9 @@ const ACHAR* AsdkTableCellEvaluator::evaluatorId() const { return QM_EVAL_TABLE_
 Acad::ErrorStatus AsdkTableCellEvaluator::evaluate(AcDbField* field, int, AcDbDatabase* database,
                                                    AcFdFieldResult* result) {
     if (!field || !result) return Acad::eNullObjectPointer;
+    // The reference is read with blanks around it allowed, and kept in the
+    // data item as it stands in the code.
     CString reference = GetFieldArguments(field);
-    reference.Trim();
     AcDbHandle handle;
     int row = 0, column = 0;
     CString why;

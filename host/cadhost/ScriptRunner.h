@@ -115,5 +115,6 @@ void DefineHostCommands(ScriptRunner& runner);
 void DefineDialogCommands(ScriptRunner& runner);
 void DefineDrawingCommands(ScriptRunner& runner);
 void DefineFieldCommands(ScriptRunner& runner);
+void DefineSettingCommands(ScriptRunner& runner);
 
 }  // namespace cadhost::script

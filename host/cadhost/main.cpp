@@ -102,5 +102,6 @@ int main(int argc, char** argv) {
     cadhost::script::DefineDialogCommands(runner);
     cadhost::script::DefineDrawingCommands(runner);
     cadhost::script::DefineFieldCommands(runner);
+    cadhost::script::DefineSettingCommands(runner);
     return runner.RunFile(*options.script, std::cerr);
 }

@@ -103,7 +103,8 @@ public:
     AcDbField* TakeField();
 
     // The field code box. SetFieldCode shows a text as the program's, so
-    // that the box is not dirty; text the user types makes it dirty.
+    // that the box is not dirty; text the user types makes it dirty, and it
+    // stays so while what is set is that typed text, trimmed, given back.
     BOOL SetFieldCode(LPCTSTR fieldCode);
     CString GetFieldCode() const;
     BOOL IsFieldCodeDirty() const { return m_codeDirty; }

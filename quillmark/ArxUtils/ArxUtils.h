@@ -73,8 +73,9 @@ CString FormatLongValue(long value, const CString& format);
 // (names is empty then).
 int GetLayerNames(CStringArray& names, AcDbDatabase* database = nullptr);
 
-// A system variable as an integer: 0 and the value, or 3 with value left
-// alone when the host does not answer it with a whole number.
+// A system variable as an integer: 0 and the 16-bit integer of the result
+// buffer, whatever the variable's type, or 3 with value left alone when the
+// host does not answer.
 int GetSysVarInt(LPCTSTR name, int& value);
 
 // ---- List routines ---------------------------------------------------------

@@ -2,6 +2,8 @@
 
 #include "ArxUtils/ArxUtils.h"
 
+#include <cmath>
+
 namespace {
 
 // Hosts above release 16 read escapes inside %ps[...].
@@ -130,7 +132,12 @@ bool ReadCapture(const CString& format, LPCTSTR pattern, CString& capture) {
 void ReadAdditionalFormat(const CString& format, AdditionalFormat& additional) {
     ParsePrefixSuffix(format, additional.m_prefix, additional.m_suffix);
     CString capture;
-    if (ReadCapture(format, L"%ct8\\[{.*}\\]", capture)) additional.m_factor = _wtof(capture);
+    if (ReadCapture(format, L"%ct8\\[{.*}\\]", capture)) {
+        // A factor beyond the doubles ("1e400") is not taken: it would go
+        // into every code composed from now on as "inf".
+        double factor = _wtof(capture);
+        if (std::isfinite(factor)) additional.m_factor = factor;
+    }
     if (ReadCapture(format, L"%zs{[0-9]+}", capture)) {
         int zeros = _wtoi(capture);
         additional.m_zeroFeet = (zeros & 1) ? 1 : 0;

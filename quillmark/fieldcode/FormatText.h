@@ -72,7 +72,8 @@ struct MeasureFormatState {
 
 // Reads units, precision, prefix and suffix, factor and zero suppression,
 // in that order. A directive that the text lacks leaves its part of state
-// alone, except that a text without "%ps[" empties prefix and suffix; the
+// alone, as does a factor beyond the doubles, except that a text
+// without "%ps[" empties prefix and suffix; the
 // page applies units before precision, since the units choice rebuilds the
 // precision list.
 void ReadMeasureFormat(const CString& format, MeasureFormatState& state);

@@ -1,14 +1,11 @@
-// The Objects Area page: the objects whose areas the field sums, and the
-// number format of the sum.
+// The Objects Area page: circles and lightweight polylines whose areas the
+// field sums, and the number format of the sum.
 #pragma once
 
-#include "StdAfx.h"
-
-#include <AcFdUi.h>
-
+#include "pages/AsdkMeasureOptionDialog.h"
 #include "resources/resource.h"
 
-class AsdkAreaOptionDialog : public CAcFdUiFieldOptionDialog {
+class AsdkAreaOptionDialog : public AsdkMeasureOptionDialog {
     DECLARE_DYNAMIC(AsdkAreaOptionDialog)
 public:
     AsdkAreaOptionDialog(CAcFdUiFieldDialogHook* hook, CAcFdUiFieldDialog* dialog, HINSTANCE instance);
@@ -16,14 +13,7 @@ public:
 
     enum { IDD = IDD_AREA_PAGE };
 
-    // The page's window, from the module's template.
-    BOOL Create(CWnd* parent) override;
-    // The field code of the page's present state.
-    CString GetFieldCode();
-    // Brings the page into the state of a stored field; FALSE when the
-    // field holds nothing the page can read.
-    BOOL LoadField(AcDbField* field);
-
 protected:
     DECLARE_MESSAGE_MAP()
 };
+

@@ -25,9 +25,8 @@ const ACHAR kBlockCountData[] = L"AcBlockCount Data";
 const ACHAR kFirstCornerPrompt[] = L"\nSpecify first corner point:";
 const ACHAR kOtherCornerPrompt[] = L"\nSpecify other corner point:";
 
-// What the Additional Format dialog shows a count as.
+// A count shows in the Additional Format dialog as a decimal number.
 const int kDecimalUnits = 2;
-const int kLongValue = 2;
 
 // LoadField's answers.
 const int kLoaded = 1;
@@ -272,8 +271,8 @@ void AsdkBlockCntOptionDialog::OnAdditionalFormat() {
     {
         ModuleResourceScope scope;
         CAdditionalFormatDialog dialog;
-        dialog.m_units = static_cast<decltype(dialog.m_units)>(kDecimalUnits);
-        dialog.m_valueKind = static_cast<decltype(dialog.m_valueKind)>(kLongValue);
+        dialog.m_units = kDecimalUnits;
+        dialog.m_valueKind = CAdditionalFormatDialog::kValueLong;
         dialog.m_longValue = m_value;
         dialog.m_factor = m_factor;
         dialog.m_prefix = m_prefix;

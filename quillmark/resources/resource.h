@@ -20,6 +20,35 @@
 #define IDC_PRECISION 207
 #define IDC_OBJECT_FILTER 234
 
+// The Additional Format dialog of the Objects Area, Objects Length and
+// Block Count pages.
+#define IDD_ADDITIONAL_FORMAT 103
+#define IDC_CURRENT_VALUE 108
+#define IDC_FORMAT_PREVIEW 109
+#define IDC_CONVERSION_FACTOR 110
+#define IDC_FORMAT_PREFIX 111
+#define IDC_FORMAT_SUFFIX 112
+#define IDC_DECIMAL_SEPARATOR 113
+#define IDC_THOUSANDS_SEPARATOR 114
+#define IDC_ZERO_LEADING 115
+#define IDC_ZERO_TRAILING 116
+#define IDC_ZERO_FEET 117
+#define IDC_ZERO_INCHES 118
+
+// The Objects Filter dialog of the Objects Area and Objects Length pages.
+#define IDD_OBJECT_FILTER 106
+#define IDC_FILTER_LAYERS 120
+#define IDC_FILTER_SELECT_ALL 124
+#define IDC_FILTER_UNSELECT_ALL 125
+#define IDC_TYPE_LINE 226
+#define IDC_TYPE_POLYLINE 227
+#define IDC_TYPE_CIRCLE 228
+#define IDC_TYPE_ARC 229
+#define IDC_TYPE_MTEXT 230
+#define IDC_TYPE_TEXT 231
+#define IDC_TYPE_SOLID 232
+#define IDC_TYPE_BLOCKREF 233
+
 // The Block Count page; 104 and 107 as above.
 #define IDC_NESTED_BLOCKS 102
 #define IDC_SOURCE_DRAWING 103

@@ -56,7 +56,7 @@ protected:
     static std::wstring Code(const std::wstring& reference) { return L"%<\\TableCell " + reference + L">%"; }
 };
 
-TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheEvaluatorsItHolds) {
+TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersItsBuiltIds) {
     AcFdFieldEngine* engine = acdbGetFieldEngine();
     ASSERT_EQ(engine->evaluatorLoaderCount(), 1);
     AcFdFieldEvaluator* evaluator = engine->getEvaluator(L"TableCell");
@@ -68,16 +68,13 @@ TEST_F(TableCellEvaluatorTest, TheModuleRegistersOneLoaderThatAnswersTheEvaluato
     const QuillmarkEvaluatorSlot* slots = nullptr;
     ASSERT_EQ(GetQuillmarkEvaluatorSlots(slots), 6);
     const wchar_t* ids[] = {L"AcArea", L"AcLength", L"AcBlockCount", L"TextField", L"ExcelCell", L"TableCell"};
+    const bool built[] = {true, true, true, false, false, true};
     for (int i = 0; i < 6; ++i) {
         EXPECT_STREQ(slots[i].id, ids[i]);
-        EXPECT_EQ(slots[i].built, i == 5 || i == 2) << ids[i];
-        if (!slots[i].built) {
-            EXPECT_EQ(engine->getEvaluator(ids[i]), nullptr) << ids[i];
-        } else {
-            EXPECT_NE(engine->getEvaluator(ids[i]), nullptr) << ids[i];
-        }
+        EXPECT_EQ(slots[i].built, built[i]) << ids[i];
+        EXPECT_EQ(engine->getEvaluator(ids[i]) != nullptr, built[i]) << ids[i];
     }
-    AcDbField field(L"%<\\AcArea Object(<2F1>)>%");
+    AcDbField field(L"%<\\TextField \"a.txt\">%");
     EXPECT_NE(field.evaluate(AcDbField::kPreview, db()), Acad::eOk);
     EXPECT_EQ(field.evaluationStatus(), AcDbField::kEvaluatorNotFound);
     EXPECT_STREQ(field.getValue(), L"####");
@@ -129,6 +126,23 @@ TEST_F(TableCellEvaluatorTest, ACellGivesItsTextWithoutFormattingAndKeepsItsRefe
         ASSERT_TRUE(data.get(text));
         EXPECT_EQ(std::wstring(text), reference);
         EXPECT_EQ(field.dataCount(), 1);
+    }
+}
+
+TEST_F(TableCellEvaluatorTest, TheReferenceIsKeptAsItStandsInTheCode) {
+    std::wstring handle = AddTable();
+    // Blanks around the reference are read past, and kept in the data item.
+    const std::wstring references[] = {L"  Table(<" + handle + L">).$A$1", L"Table(<" + handle + L">).$A$1 \t",
+                                       L" Table(<" + handle + L">).$a$1  "};
+    for (const std::wstring& reference : references) {
+        AcDbField field(Code(reference).c_str());
+        ASSERT_EQ(field.evaluate(AcDbField::kPreview, db()), Acad::eOk) << cadhost::ToUtf8(reference);
+        EXPECT_STREQ(field.getValue(), L"Title");
+        AcFdFieldValue data;
+        ASSERT_EQ(field.getData(L"TableCell Data", &data), Acad::eOk);
+        const ACHAR* text = nullptr;
+        ASSERT_TRUE(data.get(text));
+        EXPECT_EQ(std::wstring(text), reference);
     }
 }
 

@@ -194,8 +194,22 @@ void CAcFdUiFieldDialog::ShowFieldType(int index) {
 BOOL CAcFdUiFieldDialog::SetFieldCode(LPCTSTR fieldCode) {
     CEdit* box = GetFieldCodeEditCtrl();
     if (!box) return FALSE;
+    CString code = fieldCode ? fieldCode : L"";
+    // A hook that keeps typed text hands it back, trimmed: the text stays
+    // the user's, and so survives the page's next change as well.
+    if (m_codeDirty) {
+        CString typed = GetFieldCode();
+        typed.Trim();
+        if (!typed.IsEmpty() && typed == code) {
+            m_settingCode = TRUE;
+            box->SetWindowText(code);
+            m_settingCode = FALSE;
+            UpdatePreview();
+            return TRUE;
+        }
+    }
     m_settingCode = TRUE;
-    box->SetWindowText(fieldCode ? fieldCode : L"");
+    box->SetWindowText(code);
     m_settingCode = FALSE;
     m_codeDirty = FALSE;
     UpdatePreview();

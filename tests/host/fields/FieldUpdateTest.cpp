@@ -6,6 +6,7 @@
 #include <dbsymtb.h>
 #include <dbtable.h>
 
+#include "TableCellEvaluator.h"
 #include "fields/FieldUpdate.h"
 #include "host/fields/FieldTestSupport.h"
 #include "support/FieldDrawings.h"
@@ -15,7 +16,17 @@ namespace {
 
 using qmtest::FixturePath;
 
-const std::filesystem::path kBin = QM_OUTPUT_DIR;
+// The module's Table Cell evaluator alone, so that the fixture's AcArea
+// field has no evaluator and shows what becomes of such a field.
+class TableCellOnly : public AcFdFieldEvaluatorLoader {
+public:
+    AcFdFieldEvaluator* getEvaluator(const ACHAR* id) override {
+        return id && _wcsicmp(id, L"TableCell") == 0 ? &m_tableCell : nullptr;
+    }
+
+private:
+    AsdkTableCellEvaluator m_tableCell;
+};
 
 class FieldUpdateTest : public qmtest::HostTest {
 protected:
@@ -23,8 +34,12 @@ protected:
         HostTest::SetUp();
         std::wstring error;
         ASSERT_TRUE(host().OpenDrawing(FixturePath("tablecell_fields.dxf"), error)) << cadhost::ToUtf8(error);
-        ASSERT_TRUE(host().linker().loadModule(cadhost::FromUtf8((kBin / "QuillmarkEval.dbx").string()).c_str(), false));
+        ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&m_loader), Acad::eOk);
         m_texts = qmtest::ReadFieldFixture();
+    }
+    void TearDown() override {
+        host().fieldEngine().unregisterEvaluatorLoader(&m_loader);
+        HostTest::TearDown();
     }
     AcDbDatabase* db() { return acdbHostApplicationServices()->workingDatabase(); }
     AcDbObjectId Id(const std::string& handle) { return qmtest::IdOfHandle(db(), cadhost::FromUtf8(handle)); }
@@ -39,6 +54,7 @@ protected:
     }
 
     std::map<std::string, qmtest::FieldFixtureText> m_texts;
+    TableCellOnly m_loader;
 };
 
 TEST_F(FieldUpdateTest, EveryTextsFieldsAreEvaluatedCountedAndShown) {

@@ -1,7 +1,10 @@
 #include <adslib.h>
 #include <dbsymtb.h>
 
+#include <cmath>
+
 #include "ArxUtils/ArxUtils.h"
+#include "app/SystemVariables.h"
 #include "support/TestHost.h"
 
 namespace {
@@ -67,7 +70,7 @@ TEST_F(ValueRoutinesTest, GetLayerNamesReadsTheDatabaseItIsGiven) {
     EXPECT_TRUE(names.IsEmpty());
 }
 
-TEST_F(ValueRoutinesTest, GetSysVarIntReadsWholeNumbers) {
+TEST_F(ValueRoutinesTest, GetSysVarIntTakesTheBuffersShortOfAnyAnswer) {
     resbuf rb{};
     rb.restype = RTSHORT;
     rb.resval.rint = 11;
@@ -81,8 +84,39 @@ TEST_F(ValueRoutinesTest, GetSysVarIntReadsWholeNumbers) {
     value = 42;
     EXPECT_EQ(GetSysVarInt(L"NOSUCHVARIABLE", value), 3);
     EXPECT_EQ(value, 42);
-    EXPECT_EQ(GetSysVarInt(L"DWGNAME", value), 3);  // a text, not a number
-    EXPECT_EQ(value, 42);
+
+    // A real answers the 16-bit integer that the buffer holds where a short
+    // would stand, widened with its sign: the low bits of the double. The
+    // host has no real variable of its own that a module sets, so the test
+    // defines one.
+    double stored = 0;
+    cadhost::SystemVariables::Variable variable;
+    variable.type = RTREAL;
+    variable.get = [&stored](resbuf& rb) {
+        rb.resval.rreal = stored;
+        return true;
+    };
+    variable.set = [&stored](const resbuf& rb) {
+        stored = rb.resval.rreal;
+        return std::wstring();
+    };
+    host().variables().Define(L"QMREAL", variable);
+    struct RealCase {
+        double real;
+        int expected;
+    };
+    for (RealCase c : {RealCase{1.0, 0}, RealCase{std::nextafter(1.0, 2.0), 1}, RealCase{-0.0, 0},
+                       RealCase{0.1, -26214}}) {
+        resbuf real{};
+        real.restype = RTREAL;
+        real.resval.rreal = c.real;
+        ASSERT_EQ(acedSetVar(L"QMREAL", &real), RTNORM) << c.real;
+        value = 42;
+        EXPECT_EQ(GetSysVarInt(L"QMREAL", value), 0) << c.real;
+        EXPECT_EQ(value, c.expected) << c.real;
+    }
+    // A text answers too; its value is whatever the buffer holds there.
+    EXPECT_EQ(GetSysVarInt(L"DWGNAME", value), 0);
 }
 
 }  // namespace

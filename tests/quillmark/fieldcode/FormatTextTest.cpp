@@ -230,6 +230,17 @@ TEST_F(FormatTextTest, ReadingLeavesWhatTheTextLacks) {
     ReadMeasureFormat(L"%ct8[25.4]%ps[a,b]", state);
     EXPECT_EQ(state.m_additional.m_factor, 25.4);
     EXPECT_EQ(state.m_additional.m_prefix, L"a");
+
+    // A factor beyond the doubles is not taken: it would go into every code
+    // composed afterwards as "inf".
+    for (const wchar_t* format : {L"%ct8[1e400]", L"%ct8[-2e308]", L"%ct8[1e99999]"}) {
+        ReadMeasureFormat(format, state);
+        EXPECT_EQ(state.m_additional.m_factor, 25.4) << CString(format).GetString();
+        EXPECT_EQ(ComposeAdditionalFormat(state.m_additional).Find(L"%ct8[25.4]"), 0);
+    }
+    // The runtime reads plain decimals only: "nan" is 0, as any other text.
+    ReadMeasureFormat(L"%ct8[nan]", state);
+    EXPECT_EQ(state.m_additional.m_factor, 0.0);
 }
 
 TEST_F(FormatTextTest, TheBlockCountFormatHasOnlyTheAdditionalPiece) {

@@ -100,6 +100,10 @@ TEST_F(TableCellPageTest, TheCellNameGoesThroughTheHookUnlessTheUserTypedACode) 
         page.SetCellName(L"Table(<3C>).$A$1");
         EXPECT_EQ(dialog.GetFieldCode().str(), L"%<\\TableCell typed>%");
         EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell Table(<3C>).$A$1>%");
+        // And at every later change: the text given back stays the user's.
+        EXPECT_TRUE(dialog.IsFieldCodeDirty());
+        page.SetCellName(L"Table(<3C>).$B$2");
+        EXPECT_EQ(dialog.GetFieldCode().str(), L"%<\\TableCell typed>%");
         page.SetCellName(L"");
         EXPECT_EQ(page.GetFieldCode().str(), L"%<\\TableCell >%");
     });

@@ -318,7 +318,8 @@ TEST_F(HookTest, TheNewFieldTakesThePagesCodeAndEvaluatesAutomatically) {
     EXPECT_TRUE(m_driver.boxes.empty());
     AcDbField* field = dialog.TakeField();
     ASSERT_NE(field, nullptr);
-    EXPECT_STREQ(field->getFieldCode(17), L"%<\\AcArea Object(<>)>%");
+    // A new page: no objects, and the drawing's units as the format.
+    EXPECT_STREQ(field->getFieldCode(17), L"%<\\AcArea Object(<>) \\f \"%lu2\">%");
     EXPECT_EQ(field->evaluationOption(), 63);
     EXPECT_EQ(field->evaluationStatus(), AcDbField::kSuccess);
     EXPECT_EQ(field->getData(L"AcArea Data", nullptr), Acad::eOk);
