@@ -136,7 +136,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     AcFdFieldValue item;
     bool stored = field.getData(L"AcBlockCount Data", &item) == Acad::eOk;
     if (status == AcDbField::kSuccess) {
-        QM_FUZZ_CHECK(IsCount(value));
+        // A format of the code's own (\f) shapes the text; without one the
+        // text is the count alone.
+        if (std::wstring(field.getFormat()).empty()) QM_FUZZ_CHECK(IsCount(value));
         QM_FUZZ_CHECK(stored && item.dataType() == AcValue::kString);
     } else {
         QM_FUZZ_CHECK(status == AcDbField::kSyntaxError || status == AcDbField::kInvalidCode ||
