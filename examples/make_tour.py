@@ -18,6 +18,12 @@ The cell (row r, column c, both from 0) of the schedule spans x from
 Below the schedule, on the layer ROOMS, lie three rooms of a floor drawn in
 inches (closed polylines, two with arc segments) and a round column: see
 ROOMS. Their handles come after the tables'.
+
+Beside them, from y = -30 up to y = -5, lies a plan: doors and
+windows with attributes (TYPE and WIDTH of a door, WIDTH of a window) on
+the layers A-DOOR and A-GLAZ, and two rooms whose block holds two doors
+and a window, on A-ROOM. The plan is added after the tables, so that they
+keep their handles.
 """
 import os
 import sys
@@ -140,9 +146,54 @@ def make_tour(path):
     return schedule, index
 
 
+def door_block(doc):
+    door = doc.blocks.new('DOOR')
+    door.add_line((0, 0), (0.9, 0))
+    door.add_arc((0, 0), 0.9, 0, 90)
+    door.add_attdef('TYPE', (0.1, 0.1), dxfattribs={'height': 0.08, 'prompt': 'Type?'})
+    door.add_attdef('WIDTH', (0.1, 0.25), dxfattribs={'height': 0.08, 'prompt': 'Width?'})
+    window = doc.blocks.new('WINDOW')
+    window.add_lwpolyline([(0, 0), (1.2, 0), (1.2, 0.3), (0, 0.3)], close=True)
+    window.add_attdef('WIDTH', (0.1, 0.1), dxfattribs={'height': 0.08, 'prompt': 'Width?'})
+
+
+def place(layout, name, where, layer, values):
+    ref = layout.add_blockref(name, where, dxfattribs={'layer': layer})
+    for i, (tag, value) in enumerate(values):
+        ref.add_attrib(tag, value, (where[0] + 0.1, where[1] + 0.1 + 0.15 * i), dxfattribs={'height': 0.08})
+    return ref
+
+
+def add_plan(path):
+    """The plan below the schedule, added to the drawing at path."""
+    doc = ezdxf.readfile(path)
+    doc.layers.add('A-DOOR', color=1)
+    doc.layers.add('A-GLAZ', color=5)
+    doc.layers.add('A-ROOM', color=3)
+    door_block(doc)
+    room = doc.blocks.new('ROOM')
+    room.add_lwpolyline([(0, 0), (6, 0), (6, 4), (0, 4)], close=True)
+    place(room, 'DOOR', (1, 0), 'A-DOOR', [('TYPE', 'swing'), ('WIDTH', '900')])
+    place(room, 'DOOR', (4, 0), 'A-DOOR', [('TYPE', 'slide'), ('WIDTH', '800')])
+    place(room, 'WINDOW', (2, 3.7), 'A-GLAZ', [('WIDTH', '1200')])
+    msp = doc.modelspace()
+    place(msp, 'DOOR', (20, -10), 'A-DOOR', [('TYPE', 'swing'), ('WIDTH', '900')])
+    place(msp, 'DOOR', (22, -10), 'A-DOOR', [('TYPE', 'slide'), ('WIDTH', '800')])
+    place(msp, 'DOOR', (24, -10), '0', [('TYPE', 'swing'), ('WIDTH', '1000')])
+    place(msp, 'WINDOW', (20, -7), 'A-GLAZ', [('WIDTH', '1200')])
+    place(msp, 'WINDOW', (23, -7), '0', [('WIDTH', '600')])
+    msp.add_blockref('ROOM', (0, -30), dxfattribs={'layer': 'A-ROOM'})
+    msp.add_blockref('ROOM', (8, -30), dxfattribs={'layer': 'A-ROOM'})
+    doc.saveas(path)
+    errors = ezdxf.readfile(path).audit().errors
+    if errors:
+        raise SystemExit('ezdxf finds errors in %s: %s' % (path, errors))
+
+
 def main():
     path = sys.argv[1] if len(sys.argv) > 1 else os.path.join(HERE, 'tour.dxf')
     schedule, index = make_tour(path)
+    add_plan(path)
     print('%s: schedule %s in model space, sheet index %s in paper space' % (path, schedule, index))
 
 

@@ -11,6 +11,7 @@
 
 // Each evaluator keeps the argument part of its code under "<id> Data".
 #define QM_TABLE_CELL_DATA L"TableCell Data"
+#define QM_BLOCK_COUNT_DATA L"AcBlockCount Data"
 #define QM_AREA_DATA L"AcArea Data"
 #define QM_LENGTH_DATA L"AcLength Data"
 #define QM_TEXT_FILE_DATA L"TextField Data"

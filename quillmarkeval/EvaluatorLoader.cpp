@@ -2,6 +2,7 @@
 
 #include <tchar.h>
 
+#include "BlockCountEvaluator.h"
 #include "EvaluationPass.h"
 #include "EvaluatorIds.h"
 #include "ExcelCellEvaluator.h"
@@ -12,7 +13,7 @@
 namespace {
 
 const QuillmarkEvaluatorSlot kSlots[] = {
-    {QM_EVAL_AREA, true},      {QM_EVAL_LENGTH, true},     {QM_EVAL_BLOCK_COUNT, false},
+    {QM_EVAL_AREA, true},      {QM_EVAL_LENGTH, true},     {QM_EVAL_BLOCK_COUNT, true},
     {QM_EVAL_TEXT_FILE, true}, {QM_EVAL_EXCEL_CELL, true}, {QM_EVAL_TABLE_CELL, true},
 };
 
@@ -27,6 +28,7 @@ int GetQuillmarkEvaluatorSlots(const QuillmarkEvaluatorSlot*& slots) {
 
 AsdkQuillmarkEvaluatorLoader::AsdkQuillmarkEvaluatorLoader()
     : m_tableCell(new AsdkTableCellEvaluator),
+      m_blockCount(new AsdkBlockCountEvaluator),
       m_area(new AsdkAreaEvaluator),
       m_length(new AsdkLengthEvaluator),
       m_textFile(new AsdkTextFileEvaluator),
@@ -40,6 +42,7 @@ AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
     delete m_passReactor;
     delete m_excelCell;
     delete m_textFile;
+    delete m_blockCount;
     delete m_length;
     delete m_area;
     delete m_tableCell;
@@ -48,6 +51,7 @@ AsdkQuillmarkEvaluatorLoader::~AsdkQuillmarkEvaluatorLoader() {
 AcFdFieldEvaluator* AsdkQuillmarkEvaluatorLoader::getEvaluator(const ACHAR* evaluatorId) {
     if (!evaluatorId) return nullptr;
     if (_wcsicmp(evaluatorId, QM_EVAL_TABLE_CELL) == 0) return m_tableCell;
+    if (_wcsicmp(evaluatorId, QM_EVAL_BLOCK_COUNT) == 0) return m_blockCount;
     if (_wcsicmp(evaluatorId, QM_EVAL_AREA) == 0) return m_area;
     if (_wcsicmp(evaluatorId, QM_EVAL_LENGTH) == 0) return m_length;
     if (_wcsicmp(evaluatorId, QM_EVAL_TEXT_FILE) == 0) return m_textFile;

@@ -6,6 +6,7 @@
 #include "StdAfx.h"
 
 class AsdkTableCellEvaluator;
+class AsdkBlockCountEvaluator;
 class AsdkAreaEvaluator;
 class AsdkLengthEvaluator;
 class AsdkTextFileEvaluator;
@@ -29,6 +30,7 @@ public:
 
 private:
     AsdkTableCellEvaluator* m_tableCell;
+    AsdkBlockCountEvaluator* m_blockCount;
     AsdkAreaEvaluator* m_area;
     AsdkLengthEvaluator* m_length;
     AsdkTextFileEvaluator* m_textFile;

@@ -91,3 +91,44 @@ void FitListExtent(CListBox& list);
 // Widens a combo box's drop-down list to its widest entry plus a vertical
 // scroll bar, plus the width of one blank.
 void FitComboDropWidth(CComboBox& combo);
+
+// ---- Drawing helpers -------------------------------------------------------
+
+// Prints "ARX ERROR: <status text>. <source>: <line>" on the command line
+// when status is not eOk; prints nothing for eOk. Never stops the caller.
+void ReportArxError(Acad::ErrorStatus status, const ACHAR* sourceName, int line);
+
+// The handle of an open object as hexadecimal text.
+void GetObjectHandleText(const AcDbObject* object, CString& text);
+// The same for an object by id; the empty text when it does not open.
+void GetHandleText(const AcDbObjectId& id, CString& text);
+
+// A text value in an object's extended data: a chain headed by the
+// application's 1001 group, followed by 1000 groups. setXdata registers the
+// application when the object has none of its data; with append the value
+// goes last, without it the value replaces every value of the application.
+// It answers 1 when it wrote and 0 when it refused (null object or empty
+// application name). getXdata gives the first 1000 group that does not
+// stand between a pair of 1002 groups: 1 when found, 0 when not (text is
+// emptied when the object has no data of the application, else left as it
+// was). The object forms are the module's exports and keep these names.
+ACRX_MODULE_EXPORT int setXdata(AcDbObject* object, const ACHAR* appName, CString value, int append);
+ACRX_MODULE_EXPORT int getXdata(AcDbObject* object, const ACHAR* appName, CString& value);
+// The same by id (the object is opened for read, and for write only to
+// write) and by entity name.
+int setXdata(AcDbObjectId id, const ACHAR* appName, CString value, int append);
+int getXdata(AcDbObjectId id, const ACHAR* appName, CString& value);
+int setXdata(const ads_name entity, const ACHAR* appName, CString value, int append);
+int getXdata(const ads_name entity, const ACHAR* appName, CString& value);
+
+// Every 1000 value of the application equal to oldValue (not minding case)
+// becomes newValue; 1 when one changed and the data was written.
+int ReplaceXdataString(AcDbObject* object, const ACHAR* appName, const CString& oldValue, const CString& newValue);
+int ReplaceXdataString(AcDbObjectId id, const ACHAR* appName, const CString& oldValue, const CString& newValue);
+int ReplaceXdataString(const ads_name entity, const ACHAR* appName, const CString& oldValue,
+                       const CString& newValue);
+// The first 1000 value of the application equal to value (not minding
+// case) goes; 1 when one went and the data was written.
+int RemoveXdataString(AcDbObject* object, const ACHAR* appName, const CString& value);
+int RemoveXdataString(AcDbObjectId id, const ACHAR* appName, const CString& value);
+int RemoveXdataString(const ads_name entity, const ACHAR* appName, const CString& value);

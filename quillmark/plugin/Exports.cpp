@@ -1,4 +1,6 @@
-// The module's exported entry and version handshake.
+// The module's exported entry and version handshake. The module exports
+// getXdata and setXdata too, for modules that load beside it; they are
+// declared for export with the other drawing helpers in ArxUtils.h.
 #include "plugin/QuillmarkApp.h"
 
 namespace {

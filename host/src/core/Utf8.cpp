@@ -27,9 +27,8 @@ std::string ToUtf8(std::wstring_view text) {
     return out;
 }
 
-std::wstring FromUtf8(std::string_view text) {
-    std::wstring out;
-    out.reserve(text.size());
+size_t FromUtf8(std::string_view text, wchar_t* out) {
+    size_t written = 0;
     size_t i = 0;
     const size_t n = text.size();
     while (i < n) {
@@ -38,7 +37,7 @@ std::wstring FromUtf8(std::string_view text) {
         size_t extra = 0;
         uint32_t min = 0;
         if (b < 0x80) {
-            out += static_cast<wchar_t>(b);
+            out[written++] = static_cast<wchar_t>(b);
             ++i;
             continue;
         } else if ((b & 0xE0) == 0xC0) {
@@ -48,12 +47,12 @@ std::wstring FromUtf8(std::string_view text) {
         } else if ((b & 0xF8) == 0xF0) {
             c = b & 0x07, extra = 3, min = 0x10000;
         } else {
-            out += L'\xFFFD';
+            out[written++] = L'\xFFFD';
             ++i;
             continue;
         }
         if (i + extra >= n) {  // truncated sequence
-            out += L'\xFFFD';
+            out[written++] = L'\xFFFD';
             break;
         }
         bool ok = true;
@@ -66,13 +65,19 @@ std::wstring FromUtf8(std::string_view text) {
             c = (c << 6) | (cb & 0x3F);
         }
         if (!ok || c < min || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) {
-            out += L'\xFFFD';
+            out[written++] = L'\xFFFD';
             ++i;
             continue;
         }
-        out += static_cast<wchar_t>(c);
+        out[written++] = static_cast<wchar_t>(c);
         i += extra + 1;
     }
+    return written;
+}
+
+std::wstring FromUtf8(std::string_view text) {
+    std::wstring out(text.size(), L'\0');
+    out.resize(FromUtf8(text, out.data()));
     return out;
 }
 

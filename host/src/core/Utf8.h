@@ -10,5 +10,9 @@ namespace cadhost {
 std::string ToUtf8(std::wstring_view text);
 // Malformed sequences become U+FFFD, so that no input is ever refused.
 std::wstring FromUtf8(std::string_view text);
+// The same into a buffer of at least text.size() characters (never more
+// characters than bytes come out); answers how many were written, without a
+// terminating zero.
+size_t FromUtf8(std::string_view text, wchar_t* out);
 
 }  // namespace cadhost

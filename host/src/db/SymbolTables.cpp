@@ -338,15 +338,14 @@ void AcDbBlockTableRecord::compactReferences() const {
 Acad::ErrorStatus AcDbBlockTableRecord::getBlockReferenceIds(AcDbObjectIdArray& ids, bool directOnly,
                                                              bool forceValidity) const {
     if (m_staleReferences > 0) compactReferences();
-    std::unordered_set<AcDbStub*> listed;
     for (AcDbObjectId id : m_references) {
-        if (!id.isErased()) {
-            ids.append(id);
-            listed.insert(id.stub());
-        }
+        if (!id.isErased()) ids.append(id);
     }
     if (directOnly) return Acad::eOk;
-    // Through nesting: the references to every block that holds one of ours.
+    // Through nesting: the references to every block that holds one of ours,
+    // each once beside the direct ones.
+    std::unordered_set<AcDbStub*> listed;
+    for (AcDbObjectId id : m_references) listed.insert(id.stub());
     std::vector<AcDbObjectId> pending(m_references.begin(), m_references.end());
     std::unordered_set<AcDbStub*> seenBlocks{objectId().stub()};
     while (!pending.empty()) {

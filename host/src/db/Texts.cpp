@@ -21,7 +21,13 @@ ACHAR* NewText(const std::wstring& text) {
     return copy;
 }
 
-ACHAR* NewTextFromUtf8(const std::string& text) { return NewText(cadhost::FromUtf8(text)); }
+// Decoded straight into the caller's buffer: texts are read often, one
+// reference's attributes after another.
+ACHAR* NewTextFromUtf8(const std::string& text) {
+    auto* copy = new ACHAR[text.size() + 1];
+    copy[cadhost::FromUtf8(text, copy)] = L'\0';
+    return copy;
+}
 
 AcGeMatrix3d PlaneToWorld(const AcGeVector3d& normal) {
     return normal == AcGeVector3d::kZAxis ? AcGeMatrix3d::kIdentity : AcGeMatrix3d::planeToWorld(normal);
