@@ -21,11 +21,11 @@ endif()
 string(REGEX MATCH "Multiline text ([0-9A-F]+) shows the field" shown "${out}")
 set(text ${CMAKE_MATCH_1})
 
-# Two doors at the end of the file's entities, with handles from the seed on.
+# Two doors at the end of the file's entities, with handles from the next free one on.
 file(READ ${WORK}/drawing.dxf drawing)
-string(REGEX MATCH "\\$HANDSEED\n  5\n([0-9A-F]+)\n" seed "${drawing}")
-if(NOT seed)
-  message(FATAL_ERROR "the saved drawing has no handle seed")
+string(REGEX MATCH "\\$HANDSEED\n  5\n([0-9A-F]+)\n" next_handle "${drawing}")
+if(NOT next_handle)
+  message(FATAL_ERROR "the saved drawing names no next free handle")
 endif()
 set(next ${CMAKE_MATCH_1})
 math(EXPR first "0x${next}" OUTPUT_FORMAT HEXADECIMAL)
