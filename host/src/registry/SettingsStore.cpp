@@ -79,6 +79,34 @@ Hive::~Hive() {
     if (m_db) sqlite3_close(m_db);
 }
 
+namespace {
+
+// How often the cache asks whether another program wrote: a program that
+// reads a value a thousand times in a loop asks once, and a change that
+// another one commits is seen a millisecond later at the latest.
+constexpr std::chrono::milliseconds kCacheCheckInterval{1};
+
+std::string CacheName(long long parent, const std::string& folded) {
+    return std::to_string(parent) + '\n' + folded;
+}
+
+}  // namespace
+
+void Hive::DropCache() {
+    m_keys.clear();
+    m_values.clear();
+}
+
+void Hive::DropStaleCache() {
+    auto now = std::chrono::steady_clock::now();
+    if (m_dataVersion >= 0 && now - m_checked < kCacheCheckInterval) return;
+    m_checked = now;
+    Statement version(m_db, "PRAGMA data_version");
+    long long current = version && version.Step() == SQLITE_ROW ? sqlite3_column_int64(version.get(), 0) : -1;
+    if (current < 0 || current != m_dataVersion) DropCache();
+    m_dataVersion = current;
+}
+
 void Hive::Report(const std::wstring& message) {
     m_problem = message;
     if (m_report) m_report(message);
@@ -146,6 +174,7 @@ bool Hive::Write(const std::function<bool()>& body) {
         }
         code = sqlite3_extended_errcode(m_db);
         sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        DropCache();  // keys the rolled-back write made never were
         if (!Busy(code)) break;
     }
     m_problem = FromUtf8(sqlite3_errstr(code));
@@ -153,21 +182,31 @@ bool Hive::Write(const std::function<bool()>& body) {
 }
 
 std::optional<long long> Hive::Child(long long parent, const std::wstring& name, bool create, bool* created) {
+    std::string folded = Folded(name);
+    std::string cacheName = CacheName(parent, folded);
+    if (auto cached = m_keys.find(cacheName); cached != m_keys.end()) return cached->second;
     Statement find(m_db, "SELECT id FROM keys WHERE parent=?1 AND folded=?2");
     if (!find) return std::nullopt;
-    find.Bind(1, parent).Bind(2, Folded(name));
-    if (find.Step() == SQLITE_ROW) return sqlite3_column_int64(find.get(), 0);
+    find.Bind(1, parent).Bind(2, folded);
+    if (find.Step() == SQLITE_ROW) {
+        long long id = sqlite3_column_int64(find.get(), 0);
+        m_keys.emplace(std::move(cacheName), id);
+        return id;
+    }
     if (!create) return std::nullopt;
     Statement insert(m_db, "INSERT INTO keys(parent, name, folded) VALUES(?1, ?2, ?3)");
-    insert.Bind(1, parent).Bind(2, ToUtf8(name)).Bind(3, Folded(name));
+    insert.Bind(1, parent).Bind(2, ToUtf8(name)).Bind(3, folded);
     if (insert.Step() != SQLITE_DONE) return std::nullopt;
     if (created) *created = true;
-    return sqlite3_last_insert_rowid(m_db);
+    long long id = sqlite3_last_insert_rowid(m_db);
+    m_keys.emplace(std::move(cacheName), id);
+    return id;
 }
 
 std::optional<long long> Hive::Key(long long parent, const std::wstring& path, bool create, bool* created) {
     if (created) *created = false;
     if (!Ready()) return std::nullopt;
+    DropStaleCache();
     std::vector<std::wstring> parts = SplitPath(path);
     auto walk = [&](bool make) -> std::optional<long long> {
         long long key = parent;
@@ -214,14 +253,25 @@ bool Hive::DeleteKey(long long parent, const std::wstring& path, LONG& error) {
         Statement remove(m_db, "DELETE FROM keys WHERE id=?1");
         return remove.Bind(1, *key).Step() == SQLITE_DONE;
     });
+    DropCache();  // the key's id, and those of its values, may come again
     if (!removed) error = ERROR_ACCESS_DENIED;
     return removed && error == ERROR_SUCCESS;
 }
 
 std::optional<Hive::Value> Hive::Get(long long key, const std::wstring& name) {
     if (!Ready()) return std::nullopt;
+    DropStaleCache();
+    std::string folded = Folded(name);
+    std::string cacheName = CacheName(key, folded);
+    if (auto cached = m_values.find(cacheName); cached != m_values.end()) return cached->second;
+    std::optional<Value> found = Read(key, folded);
+    m_values.emplace(std::move(cacheName), found);
+    return found;
+}
+
+std::optional<Hive::Value> Hive::Read(long long key, const std::string& folded) {
     Statement find(m_db, "SELECT type, data FROM vals WHERE key=?1 AND folded=?2");
-    find.Bind(1, key).Bind(2, Folded(name));
+    find.Bind(1, key).Bind(2, folded);
     if (find.Step() != SQLITE_ROW) return std::nullopt;
     Value value;
     value.type = static_cast<DWORD>(sqlite3_column_int64(find.get(), 0));
@@ -267,6 +317,7 @@ bool Hive::Set(long long key, const std::wstring& name, DWORD type, const BYTE* 
         return put.Step() == SQLITE_DONE;
     });
     if (!stored) Report(L"A setting could not be stored in " + FromUtf8(m_file.string()) + L" (" + m_problem + L").");
+    m_values.erase(CacheName(key, folded));  // read back as stored, in its own type
     return stored;
 }
 
@@ -280,6 +331,7 @@ bool Hive::Delete(long long key, const std::wstring& name) {
         removed = sqlite3_changes(m_db) > 0;
         return true;
     });
+    m_values.erase(CacheName(key, Folded(name)));
     return written && removed;
 }
 

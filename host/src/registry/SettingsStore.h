@@ -11,11 +11,13 @@
 
 #include <winreg.h>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -61,12 +63,25 @@ private:
     bool Write(const std::function<bool()>& body);
     void Report(const std::wstring& message);
     std::optional<long long> Child(long long parent, const std::wstring& name, bool create, bool* created);
+    std::optional<Value> Read(long long key, const std::string& folded);
+    // Forgets what was read once another connection has committed since.
+    void DropStaleCache();
+    void DropCache();
 
     std::filesystem::path m_file;
     SettingsReport m_report;
     sqlite3* m_db = nullptr;
     bool m_tried = false;
     std::wstring m_problem;
+
+    // What was read, by parent key and folded name: programs read the same
+    // few values again and again (a selection's filter, once per object).
+    // Valid while SQLite's data version, which moves on when another
+    // connection commits, stays as it was; this hive's own writes keep it.
+    std::unordered_map<std::string, long long> m_keys;
+    std::unordered_map<std::string, std::optional<Value>> m_values;
+    long long m_dataVersion = -1;
+    std::chrono::steady_clock::time_point m_checked;
 };
 
 class SettingsStore {
