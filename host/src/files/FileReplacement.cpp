@@ -1,9 +1,11 @@
 #include "files/FileReplacement.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <random>
@@ -40,6 +42,34 @@ int LinkUnnamed(int fd, const std::filesystem::path& name) {
     // Without /proc: the direct way, which needs the right to do it.
     if (::linkat(fd, "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH) == 0) return 0;
     return errno == ENOENT || errno == EPERM ? error : errno;
+}
+
+// Whether name is one of the hidden names this class gives a new file of
+// target: "." + target's name + "." + six letters or digits.
+bool IsHiddenNameOf(const std::string& name, const std::string& target) {
+    if (name.size() != target.size() + 8 || name[0] != '.' || name.compare(1, target.size(), target) != 0 ||
+        name[target.size() + 1] != '.')
+        return false;
+    for (size_t i = target.size() + 2; i < name.size(); ++i)
+        if (!std::isalnum(static_cast<unsigned char>(name[i]))) return false;
+    return true;
+}
+
+// Removes what an earlier save of target left when it was killed: a new file
+// under its hidden name, whole when it was killed between giving the file
+// that name and the rename, partial where the file system has no unnamed
+// files. The file itself was never touched by it.
+void RemoveLeftovers(const std::filesystem::path& folder, const std::filesystem::path& target) {
+    DIR* listing = ::opendir(folder.c_str());
+    if (!listing) return;
+    std::string own = target.filename().string();
+    while (const dirent* entry = ::readdir(listing)) {
+        if (!IsHiddenNameOf(entry->d_name, own)) continue;
+        std::filesystem::path leftover = folder / entry->d_name;
+        struct stat status {};
+        if (::lstat(leftover.c_str(), &status) == 0 && S_ISREG(status.st_mode)) ::unlink(leftover.c_str());
+    }
+    ::closedir(listing);
 }
 
 void SyncFolder(const std::filesystem::path& folder) {
@@ -121,6 +151,7 @@ bool FileReplacement::Prepare() {
 }
 
 bool FileReplacement::OpenNewFile() {
+    RemoveLeftovers(m_folder, m_target);
     m_fd = ::open(m_folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
     if (m_fd >= 0) {
         m_unnamed = true;

@@ -182,6 +182,31 @@ TEST_F(FileReplacementTest, NothingIsLeftBesideTheFileWhetherOrNotItIsReplaced) 
     EXPECT_EQ(Names(folder), std::set<std::string>{"drawing.dxf"});
 }
 
+// A save killed between naming its new file and the rename leaves it under
+// its hidden name; the next save of the same file takes it away, and only
+// names of that exact shape.
+TEST_F(FileReplacementTest, TheNextSaveRemovesWhatAKilledSaveLeft) {
+    fs::path folder = Folder();
+    fs::path path = folder / "drawing.dxf";
+    qmtest::WriteText(path, "old");
+    const char* leftovers[] = {".drawing.dxf.aB3xY9", ".drawing.dxf.000000"};
+    const char* others[] = {".drawing.dxf.aB3xY", ".drawing.dxf.aB3xY9z", ".drawing.dxf.aB-xY9", "drawing.dxf.aB3xY9",
+                            ".other.dxf.aB3xY9", ".drawing.dxfXaB3xY9"};
+    for (const char* name : leftovers) qmtest::WriteText(folder / name, "whole new drawing");
+    for (const char* name : others) qmtest::WriteText(folder / name, "someone else's");
+    fs::create_directory(folder / ".drawing.dxf.folder");  // the right shape, but no file: kept
+    {
+        cadhost::FileReplacement replacement(path);
+        ASSERT_NE(replacement.Stream(), nullptr) << cadhost::ToUtf8(replacement.Error());
+        std::fputs("new", replacement.Stream());
+        ASSERT_TRUE(replacement.Commit()) << cadhost::ToUtf8(replacement.Error());
+    }
+    std::set<std::string> expected{"drawing.dxf", ".drawing.dxf.folder"};
+    for (const char* name : others) expected.insert(name);
+    EXPECT_EQ(Names(folder), expected);
+    EXPECT_EQ(qmtest::ReadText(path), "new");
+}
+
 TEST_F(FileReplacementTest, ReadingRefusesWhatIsNoRegularFileBeforeOpeningIt) {
     fs::path folder = Folder();
     ASSERT_EQ(::mkfifo((folder / "pipe.dxf").c_str(), 0644), 0);
