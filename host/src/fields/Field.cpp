@@ -35,7 +35,17 @@ std::wstring Compose(const AcDbField& field, int flags, std::vector<const AcDbFi
     if (!m.hasCode) return std::wstring();
     std::wstring body;
     body.reserve(m.code.size());
+    // The text between children's places goes over in one piece: a code
+    // may list a hundred thousand handles.
+    static const std::wstring kPlaceHead = std::wstring(L"%<\\") + cadhost::kChildPlaceEvaluatorId + L" ";
     for (size_t i = 0; i < m.code.size();) {
+        size_t next = m.children.empty() ? std::wstring::npos : m.code.find(kPlaceHead, i);
+        if (next == std::wstring::npos) {
+            body.append(m.code, i, std::wstring::npos);
+            break;
+        }
+        body.append(m.code, i, next - i);
+        i = next;
         auto place = cadhost::ChildPlaceAt(m.code, i);
         if (!place || place->first >= m.children.size() || (flags & AcDbField::kPreserveFields)) {
             size_t length = place ? place->second : 1;
@@ -93,27 +103,28 @@ bool CheckSupplied(const cadhost::ParsedCode& code, const AcDbFieldArray* suppli
     return true;
 }
 
-void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* supplied);
+void Adopt(AcDbField::Impl& m, cadhost::ParsedCode&& code, AcDbFieldArray* supplied);
 
-AcDbField* MakeChild(const cadhost::ParsedCode& code, AcDbFieldArray* supplied) {
+AcDbField* MakeChild(cadhost::ParsedCode&& code, AcDbFieldArray* supplied) {
     if (code.suppliedChild) return (*supplied)[static_cast<int>(*code.suppliedChild)];
     auto* child = new AcDbField;
-    Adopt(child->impl(), code, supplied);
+    Adopt(child->impl(), std::move(code), supplied);
     return child;
 }
 
-void Adopt(AcDbField::Impl& m, const cadhost::ParsedCode& code, AcDbFieldArray* supplied) {
+// Takes the parsed code over: its texts are moved, not copied.
+void Adopt(AcDbField::Impl& m, cadhost::ParsedCode&& code, AcDbFieldArray* supplied) {
     m.DropChildren();
-    m.evaluatorId = code.evaluatorId;
-    m.code = code.code;
-    m.format = code.format;
+    m.evaluatorId = std::move(code.evaluatorId);
+    m.code = std::move(code.code);
+    m.format = std::move(code.format);
     m.formatOption = code.formatOption;
     m.hasCode = true;
     m.unreadable = false;
     m.unreadableReason.clear();
-    m.textField = _wcsicmp(code.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
-    for (const auto& child : code.children) {
-        AcDbField* made = MakeChild(child, supplied);
+    m.textField = _wcsicmp(m.evaluatorId.c_str(), cadhost::kTextEvaluatorId) == 0;
+    for (auto& child : code.children) {
+        AcDbField* made = MakeChild(std::move(child), supplied);
         // A supplied child may live in a database already.
         if (made->objectId().isNull()) m.children.push_back({made, AcDbObjectId()});
         else m.children.push_back({nullptr, made->objectId()});
@@ -183,7 +194,7 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
     if (!parsed || !CheckSupplied(*parsed, childFields, this, used)) return Acad::eInvalidInput;
     std::vector<Impl::Child> old;
     old.swap(m_impl->children);
-    Adopt(*m_impl, *parsed, childFields);
+    Adopt(*m_impl, std::move(*parsed), childFields);
     // Children that went out of the code go out of the drawing, unless
     // they were handed in again.
     std::erase_if(old, [this](const Impl::Child& child) {
@@ -202,7 +213,7 @@ const ACHAR* AcDbField::getFieldCode(FieldCodeFlag flags, AcDbFieldArray* childF
     int wanted = flags == 0 ? kFieldCode : flags;
     std::vector<const AcDbField*> path{this};
     std::wstring text = Compose(*this, wanted, path);
-    m_impl->codeText = (wanted & kEscapeBackslash) ? EscapeBackslashes(text) : text;
+    m_impl->codeText = (wanted & kEscapeBackslash) ? EscapeBackslashes(text) : std::move(text);
     if (childFields) {
         for (const auto& child : m_impl->children) {
             AcDbField* field = child.held;

@@ -45,6 +45,26 @@ size_t MatchingClose(std::wstring_view text, size_t open) {
     return std::wstring::npos;
 }
 
+// Whether a code written without its markers reads the same once "%<" and
+// ">%" are put around it: no ">%" of its own closes the added "%<", and
+// every "%<" inside is closed. No pair of markers can straddle the added
+// ones, so the text is scanned as it stands.
+bool PairsUpInMarkers(std::wstring_view body) {
+    int depth = 1;
+    for (size_t i = 0; i + 1 < body.size();) {
+        if (OpensAt(body, i)) {
+            ++depth;
+            i += 2;
+        } else if (ClosesAt(body, i)) {
+            if (--depth == 0) return false;
+            i += 2;
+        } else {
+            ++i;
+        }
+    }
+    return depth == 1;
+}
+
 bool IsIdCharacter(wchar_t c) {
     return !IsBlank(c) && c != L'\\' && c != L'"' && c != L'<' && c != L'>' && c != L'%';
 }
@@ -62,7 +82,7 @@ public:
             if (end == std::wstring::npos) return Fail(L"the field code lacks its closing >%");
             if (end != body.size()) return Fail(L"text follows the closing >% of the field code");
             body = body.substr(2, body.size() - 4);
-        } else if (MatchingClose(std::wstring(kOpen).append(body).append(kClose), 0) != body.size() + 4) {
+        } else if (!PairsUpInMarkers(body)) {
             // Without its markers the code must still read the same once they are added.
             return Fail(L"the field code holds a >% or %< that does not pair up");
         }
@@ -88,21 +108,24 @@ public:
             code.code = L"\\" + code.evaluatorId + std::wstring(rest);
             return code;
         }
-        // Children first, so that an option of a child is not taken for ours.
-        std::optional<std::wstring> arguments = Children(rest, code.children, depth);
-        if (!arguments || !SplitFormat(*arguments, code.format, code.formatOption)) return std::nullopt;
-        code.code.reserve(1 + code.evaluatorId.size() + arguments->size());
-        code.code = L"\\" + code.evaluatorId;
-        code.code += *arguments;
+        // The arguments go straight behind the id, read once: a code may
+        // list a hundred thousand handles. Children first, so that an option
+        // of a child is not taken for ours.
+        code.code.reserve(1 + code.evaluatorId.size() + rest.size());
+        code.code = L"\\";
+        code.code += code.evaluatorId;
+        size_t arguments = code.code.size();
+        if (!Children(rest, code.children, depth, code.code) ||
+            !SplitFormat(code.code, arguments, code.format, code.formatOption))
+            return std::nullopt;
         return code;
     }
 
-    std::optional<ParsedCode> Text(const std::wstring& text) {
+    std::optional<ParsedCode> Text(std::wstring_view text) {
         ParsedCode code;
         code.evaluatorId = kTextEvaluatorId;
-        std::optional<std::wstring> withPlaces = Children(text, code.children, 0);
-        if (!withPlaces) return std::nullopt;
-        code.code = *withPlaces;
+        code.code.reserve(text.size());
+        if (!Children(text, code.children, 0, code.code)) return std::nullopt;
         return code;
     }
 
@@ -112,44 +135,42 @@ private:
         return std::nullopt;
     }
 
-    // Takes a trailing \f "..." option off the arguments. The option is the
-    // last blank-framed \f followed by a quote; its text runs to the last
+    // Takes a trailing \f "..." option off the arguments, which run from
+    // the position from to the end of text. The option is the last
+    // blank-framed \f followed by a quote; its text runs to the last
     // character, which must be the closing quote. So the format holds no
     // option of its own and reads the same when written back.
-    bool SplitFormat(std::wstring& arguments, std::wstring& format, bool& found) {
-        for (size_t i = arguments.size(); i-- > 0;) {
-            if (i + 2 >= arguments.size() || !IsBlank(arguments[i]) || arguments[i + 1] != L'\\' ||
-                arguments[i + 2] != L'f')
-                continue;
+    bool SplitFormat(std::wstring& text, size_t from, std::wstring& format, bool& found) {
+        for (size_t i = text.size(); i-- > from;) {
+            if (i + 2 >= text.size() || !IsBlank(text[i]) || text[i + 1] != L'\\' || text[i + 2] != L'f') continue;
             size_t q = i + 3;
-            if (q < arguments.size() && !IsBlank(arguments[q])) continue;
-            while (q < arguments.size() && IsBlank(arguments[q])) ++q;
-            if (q >= arguments.size() || arguments[q] != L'"') continue;
-            size_t last = arguments.size();
-            while (last > q + 1 && IsBlank(arguments[last - 1])) --last;
-            if (last <= q + 1 || arguments[last - 1] != L'"') {
+            if (q < text.size() && !IsBlank(text[q])) continue;
+            while (q < text.size() && IsBlank(text[q])) ++q;
+            if (q >= text.size() || text[q] != L'"') continue;
+            size_t last = text.size();
+            while (last > q + 1 && IsBlank(text[last - 1])) --last;
+            if (last <= q + 1 || text[last - 1] != L'"') {
                 Fail(L"the \\f option must be last, its format in double quotes");
                 return false;
             }
-            std::wstring text = arguments.substr(q + 1, last - q - 2);
-            if (text.find(L"%<\\") != std::wstring::npos) {
+            std::wstring option = text.substr(q + 1, last - q - 2);
+            if (option.find(L"%<\\") != std::wstring::npos) {
                 Fail(L"a field code stands inside the format of the \\f option");
                 return false;
             }
-            format = std::move(text);
+            format = std::move(option);
             found = true;
             size_t keep = i;
-            while (keep > 0 && IsBlank(arguments[keep - 1])) --keep;
-            arguments.erase(keep);
+            while (keep > from && IsBlank(text[keep - 1])) --keep;
+            text.erase(keep);
             return true;
         }
         return true;
     }
 
-    // Replaces each code inside the text by the place of a new child.
-    std::optional<std::wstring> Children(std::wstring_view text, std::vector<ParsedCode>& children, int depth) {
-        std::wstring out;
-        out.reserve(text.size());
+    // Appends the text to out, each code inside it replaced by the place of
+    // a new child.
+    bool Children(std::wstring_view text, std::vector<ParsedCode>& children, int depth, std::wstring& out) {
         size_t i = 0;
         while (i < text.size()) {
             // The text up to the next code goes over as it stands.
@@ -161,14 +182,17 @@ private:
             out.append(text, i, next - i);
             i = next;
             size_t end = MatchingClose(text, i);
-            if (end == std::wstring::npos) return Fail(L"a field code inside the text lacks its closing >%");
+            if (end == std::wstring::npos) {
+                Fail(L"a field code inside the text lacks its closing >%");
+                return false;
+            }
             std::optional<ParsedCode> child = Code(text.substr(i, end - i), depth + 1);
-            if (!child) return std::nullopt;
+            if (!child) return false;
             out += ChildPlace(children.size());
             children.push_back(std::move(*child));
             i = end;
         }
-        return out;
+        return true;
     }
 
     std::wstring& m_error;
@@ -202,7 +226,7 @@ std::optional<std::pair<size_t, size_t>> ChildPlaceAt(const std::wstring& text, 
     return std::make_pair(n, i + 2 - pos);
 }
 
-std::optional<ParsedCode> ParseFieldCode(const std::wstring& text, std::wstring& error, bool placesAllowed) {
+std::optional<ParsedCode> ParseFieldCode(std::wstring_view text, std::wstring& error, bool placesAllowed) {
     error.clear();
     std::optional<ParsedCode> code = Reader(error, placesAllowed).Code(text, 0);
     if (code && code->suppliedChild) {
@@ -212,7 +236,7 @@ std::optional<ParsedCode> ParseFieldCode(const std::wstring& text, std::wstring&
     return code;
 }
 
-std::optional<ParsedCode> ParseTextWithFields(const std::wstring& text, std::wstring& error, bool placesAllowed) {
+std::optional<ParsedCode> ParseTextWithFields(std::wstring_view text, std::wstring& error, bool placesAllowed) {
     error.clear();
     return Reader(error, placesAllowed).Text(text);
 }

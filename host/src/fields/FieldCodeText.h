@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cadhost {
@@ -38,10 +39,10 @@ bool IsEvaluatorId(const std::wstring& text);
 // Reads one field code, with or without its %< >% markers, surrounded by
 // white space at most. On failure answers nothing and says why in error.
 // With placesAllowed, a "%<\_FldIdx n>%" inside names a supplied child.
-std::optional<ParsedCode> ParseFieldCode(const std::wstring& text, std::wstring& error, bool placesAllowed = false);
+std::optional<ParsedCode> ParseFieldCode(std::wstring_view text, std::wstring& error, bool placesAllowed = false);
 
 // Reads a text in which any number of codes stand; each "%<\" begins one.
-std::optional<ParsedCode> ParseTextWithFields(const std::wstring& text, std::wstring& error,
+std::optional<ParsedCode> ParseTextWithFields(std::wstring_view text, std::wstring& error,
                                               bool placesAllowed = false);
 
 // The index of the place code "%<\_FldIdx n>%" that begins at pos, and its

@@ -51,6 +51,9 @@ INSTANTIATE_TEST_SUITE_P(
         GoodCode{L"%<\\TableCell Table(<3A7>).$B$3>%", L"TableCell", L"\\TableCell Table(<3A7>).$B$3", L""},
         // Without markers, with blanks around, with a format that holds quotes.
         GoodCode{L"\\AcVar Date", L"AcVar", L"\\AcVar Date", L""},
+        // Markers put around a code that ends in half of one read the same.
+        GoodCode{L"\\AcVar a>", L"AcVar", L"\\AcVar a>", L""},
+        GoodCode{L"\\AcVar 50%", L"AcVar", L"\\AcVar 50%", L""},
         GoodCode{L"  %<\\AcVar Date \\f \"M/d\">%\n", L"AcVar", L"\\AcVar Date", L"M/d"},
         GoodCode{L"%<\\AcArea Object(<1>) \\f \"%ps[\"in\",]\">%", L"AcArea", L"\\AcArea Object(<1>)",
                  L"%ps[\"in\",]"},
@@ -90,6 +93,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // Without markers, text that would end the code once they are added.
                       BadCode{L"\\AcVar a>%b", L"pair up"},
                       BadCode{L"\\AcVar a %< b", L"pair up"},
+                      BadCode{L"\\AcVar %<x>% >% y", L"pair up"},
+                      BadCode{L"\\AcVar %<%<x>%", L"pair up"},
                       BadCode{L"\\TextField C:\\x \\f \"a>%\"", L"pair up"}));
 
 TEST(FieldCodeText, CodesInsideACodeBecomeChildrenWithTheirOwnOptions) {
