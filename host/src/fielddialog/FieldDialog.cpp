@@ -9,6 +9,7 @@
 
 #include "HostResource.h"
 #include "fielddialog/FieldPreview.h"
+#include "ui/Controls.h"
 #include "ui/resources/ResourceLookup.h"
 
 IMPLEMENT_DYNAMIC(CAcFdUiFieldDialog, CAdUiDialog)
@@ -299,10 +300,17 @@ void CAcFdUiFieldDialog::OnCodeChange() {
 }
 
 void CAcFdUiFieldDialog::UpdatePreview() {
-    CString code = GetFieldCode();
-    CAcFdUiFieldDialogHook* hook = m_impl->HookOf(m_impl->type);
-    CString preview = hook ? hook->GetPreview(code, L"") : CString(cadhost::PreviewFieldCode(code, L"", m_pDb));
-    SetDlgItemText(IDC_ACFD_PREVIEW, preview);
+    // The preview evaluates the whole code, which may list a hundred
+    // thousand objects: it is made when the box is read or shown, of the
+    // code that stands in the box then, once for any number of changes.
+    CWnd* box = GetDlgItem(IDC_ACFD_PREVIEW);
+    if (!box) return;
+    cadhost::ui::SetTextSource(box->m_hWnd, [this] {
+        CString code = GetFieldCode();
+        CAcFdUiFieldDialogHook* hook = m_impl->HookOf(m_impl->type);
+        CString preview = hook ? hook->GetPreview(code, L"") : CString(cadhost::PreviewFieldCode(code, L"", m_pDb));
+        return std::wstring(static_cast<const wchar_t*>(preview));
+    });
 }
 
 void CAcFdUiFieldDialog::OnOK() {

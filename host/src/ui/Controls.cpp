@@ -114,6 +114,7 @@ void SetText(HWND window, const std::wstring& text) {
         if (found >= 0) SetSelection(window, found);
         return;
     }
+    window->textSource = nullptr;
     window->text = Cased(window, text);
     window->selectionStart = window->selectionEnd = static_cast<int>(window->text.size());
     if (window->kind == WindowKind::Edit) {
@@ -122,13 +123,28 @@ void SetText(HWND window, const std::wstring& text) {
     }
 }
 
+void SetTextSource(HWND window, std::function<std::wstring()> source) {
+    if (Valid(window)) window->textSource = std::move(source);
+}
+
+std::wstring& ResolvedText(HWND window) {
+    if (window->textSource) {
+        // Taken off first: the source may read other windows, never this one again.
+        std::function<std::wstring()> source = std::move(window->textSource);
+        window->textSource = nullptr;
+        window->text = source();
+        window->selectionStart = window->selectionEnd = static_cast<int>(window->text.size());
+    }
+    return window->text;
+}
+
 std::wstring GetText(HWND window) {
     if (!Valid(window)) return L"";
     if (IsDropDownList(window)) {
         const ListEntry* entry = Entry(window, window->current);
         return entry ? entry->text : L"";
     }
-    return window->text;
+    return ResolvedText(window);
 }
 
 std::wstring ShownText(HWND window) {

@@ -3,6 +3,7 @@
 // framework's classes and the user's actions both work through these.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "ui/Desktop.h"
@@ -30,6 +31,11 @@ bool IsCheckList(HWND window);
 // Text. Setting an edit box's text sends EN_UPDATE and EN_CHANGE, whoever
 // sets it; a drop-down list selects the entry of that text.
 void SetText(HWND window, const std::wstring& text);
+// Gives the window a text that is made by source when it is first read, and
+// kept until the text is set again; no notification is sent.
+void SetTextSource(HWND window, std::function<std::wstring()> source);
+// The window's text, made from its source first if it has one waiting.
+std::wstring& ResolvedText(HWND window);
 std::wstring GetText(HWND window);
 // What a control shows: an edit's text, the selected entry of a list, a
 // caption.

@@ -28,7 +28,7 @@ void CEdit::GetSel(int& nStartChar, int& nEndChar) const {
 
 void CEdit::ReplaceSel(LPCTSTR lpszNewText, BOOL) {
     if (!::IsWindow(m_hWnd)) return;
-    std::wstring text = m_hWnd->text;
+    std::wstring text = cadhost::ui::ResolvedText(m_hWnd);
     size_t start = std::min<size_t>(static_cast<size_t>(std::max(0, std::min(m_hWnd->selectionStart, m_hWnd->selectionEnd))), text.size());
     size_t end = std::min<size_t>(static_cast<size_t>(std::max(0, std::max(m_hWnd->selectionStart, m_hWnd->selectionEnd))), text.size());
     std::wstring inserted = lpszNewText ? lpszNewText : L"";

@@ -118,6 +118,7 @@ std::wstring UserType(HWND control, const std::wstring& text) {
         SetText(control, typed);
         return L"";
     }
+    control->textSource = nullptr;
     control->text = typed;
     control->current = -1;
     control->selectionStart = control->selectionEnd = static_cast<int>(typed.size());

@@ -4,6 +4,7 @@
 
 #include <afxwin.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ struct HWND__ {
     DWORD style = 0;
     DWORD exStyle = 0;
     std::wstring text;  // the caption, or an edit's or combo box edit part's text
+    // When set, makes the text the first time it is read (ResolvedText):
+    // a text that costs work to make is made only when someone looks.
+    std::function<std::wstring()> textSource;
     HWND__* parent = nullptr;  // of a child window
     HWND__* owner = nullptr;   // of a window that is not a child
     std::vector<HWND__*> children;  // in creation order, which is the tab order

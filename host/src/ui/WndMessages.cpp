@@ -227,7 +227,7 @@ LRESULT DefaultWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
             if (lParam) *reinterpret_cast<DWORD*>(lParam) = static_cast<DWORD>(window->selectionEnd);
             return MAKELONG(window->selectionStart, window->selectionEnd);
         case EM_SETSEL: {
-            int length = static_cast<int>(window->text.size());
+            int length = static_cast<int>(ui::ResolvedText(window).size());
             auto start = static_cast<int>(static_cast<INT_PTR>(wParam));
             auto end = static_cast<int>(lParam);
             if (start < 0) {

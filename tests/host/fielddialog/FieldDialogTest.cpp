@@ -11,6 +11,7 @@
 #include "HostResource.h"
 #include "host/fields/FieldTestSupport.h"
 #include "support/DialogTestSupport.h"
+#include "ui/Controls.h"
 #include "ui/UserInput.h"
 
 namespace {
@@ -236,6 +237,35 @@ TEST_F(FieldDialogTest, TypingMakesTheCodeBoxDirtyAndTheProgramsTextDoesNot) {
         dialog.SetFieldCode(L"again");
         EXPECT_FALSE(dialog.IsFieldCodeDirty());
         EXPECT_EQ(dialog.GetFieldCodeEditCtrl()->m_hWnd, Control(dialog, IDC_ACFD_FIELD_CODE));
+        Press(dialog, IDCANCEL);
+    };
+    dialog.DoModal();
+}
+
+// The preview evaluates the code when it is read, once for however many
+// changes came before, and again only after the code changes.
+TEST_F(FieldDialogTest, ThePreviewEvaluatesTheCodeOnlyWhenItIsRead) {
+    qmtest::ScriptedEvaluator alpha(L"Alpha", qmtest::Succeeds(L"alpha value"));
+    qmtest::ScriptedLoader loader;
+    loader.Add(&alpha);
+    host().fieldEngine().registerEvaluatorLoader(&loader);
+    CAcFdUiFieldDialog dialog(Db(), 0);
+    m_driver.onModal = [&](HWND) {
+        int before = alpha.calls;
+        dialog.SetFieldCode(L"%<\\Alpha a>%");
+        dialog.SetFieldCode(L"%<\\Alpha b>%");
+        cadhost::ui::UserType(Control(dialog, IDC_ACFD_FIELD_CODE), L"%<\\Alpha c>%");
+        EXPECT_EQ(alpha.calls, before);
+        CString preview;
+        dialog.GetDlgItemText(IDC_ACFD_PREVIEW, preview);
+        EXPECT_EQ(preview, L"alpha value");
+        EXPECT_EQ(alpha.calls, before + 1);
+        // Read again without a change: the text is kept.
+        EXPECT_EQ(cadhost::ui::ShownText(Control(dialog, IDC_ACFD_PREVIEW)), L"alpha value");
+        EXPECT_EQ(alpha.calls, before + 1);
+        dialog.SetFieldCode(L"%<\\Alpha d>%");
+        EXPECT_EQ(cadhost::ui::ShownText(Control(dialog, IDC_ACFD_PREVIEW)), L"alpha value");
+        EXPECT_EQ(alpha.calls, before + 2);
         Press(dialog, IDCANCEL);
     };
     dialog.DoModal();
