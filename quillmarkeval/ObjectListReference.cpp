@@ -1,17 +1,25 @@
 #include "ObjectListReference.h"
 
+#include <algorithm>
 #include <cwctype>
 
 namespace {
 
 bool IsBlank(ACHAR c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
 
-bool IsHexDigit(ACHAR c) { return (c >= L'0' && c <= L'9') || (c >= L'A' && c <= L'F') || (c >= L'a' && c <= L'f'); }
+// The value of each character as a hexadecimal digit, or -1: a list of a
+// hundred thousand handles is read a character at a time.
+struct HexDigitTable {
+    signed char value[128];
+    constexpr HexDigitTable() : value() {
+        for (int c = 0; c < 128; ++c) value[c] = -1;
+        for (int c = 0; c < 10; ++c) value['0' + c] = static_cast<signed char>(c);
+        for (int c = 0; c < 6; ++c) value['A' + c] = value['a' + c] = static_cast<signed char>(10 + c);
+    }
+};
+constexpr HexDigitTable kHexDigits;
 
-int HexValue(ACHAR c) {
-    if (c <= L'9') return c - L'0';
-    return (c >= L'a' ? c - L'a' : c - L'A') + 10;
-}
+int HexValue(ACHAR c) { return c >= 0 && c < 128 ? kHexDigits.value[c] : -1; }
 
 const ACHAR kWord[] = L"Object";
 const int kWordLength = 6;
@@ -52,10 +60,18 @@ int ReadObjectList(const ACHAR* all, int length, std::vector<ObjectListHandle>& 
     }
     int last = end - 2;
     if (first == last) return 1;  // Object(<>): no objects
+    handles.reserve(static_cast<size_t>(std::count(all + first, all + last, L';')) + 1);
 
     for (int at = first; at <= last;) {
+        // One pass finds the end of the entry and reads its digits.
         int stop = at;
-        while (stop < last && all[stop] != L';') ++stop;
+        Adesk::UInt64 value = 0;
+        bool hex = true;
+        for (; stop < last && all[stop] != L';'; ++stop) {
+            int digit = HexValue(all[stop]);
+            hex = hex && digit >= 0;
+            value = (value << 4) | static_cast<Adesk::UInt64>(digit & 15);
+        }
         int length = stop - at;
         if (length == 0) {
             handles.clear();
@@ -64,12 +80,7 @@ int ReadObjectList(const ACHAR* all, int length, std::vector<ObjectListHandle>& 
             if (at == last) why = L"the list ends with \";\"";
             return 0;
         }
-        Adesk::UInt64 value = 0;
-        bool hex = length <= kHandleDigits;
-        for (int i = at; hex && i < stop; ++i) {
-            hex = IsHexDigit(all[i]);
-            if (hex) value = (value << 4) | static_cast<Adesk::UInt64>(HexValue(all[i]));
-        }
+        hex = hex && length <= kHandleDigits;
         if (!hex) {
             handles.clear();
             why.Format(L"\"%s\" is no handle: a handle is a hexadecimal number of up to 16 digits",

@@ -202,6 +202,63 @@ TEST_F(ObjectsEvaluatorTest, SumsAgreeWithEzdxfObjectByObjectAndAltogether) {
     }
 }
 
+// Objects are visited in the order of their handles, in batches; the sum
+// and the fault reported must still be those of the list's order.
+TEST_F(ObjectsEvaluatorTest, ALongListSumsInListOrderAndReportsItsFirstFault) {
+    Open("measure_r2010");
+    std::vector<std::wstring> handles;
+    std::vector<double> areas;
+    for (const Figure& f : Figures("measure_r2010")) {
+        // 38 is erased below.
+        if ((f.type != "CIRCLE" && f.type != "LWPOLYLINE") || f.handle == L"38") continue;
+        AcDbField one;
+        Evaluate(one, L"%<\\AcArea Object(<" + f.handle + L">)>%", db());
+        ASSERT_EQ(one.evaluationStatus(), AcDbField::kSuccess);
+        handles.push_back(f.handle);
+        areas.push_back(Value(one));
+    }
+    ASSERT_GE(handles.size(), 3u);
+    // More places than an object may have readers, each handle many times,
+    // in an order that is not the handles' own.
+    std::wstring list;
+    double sum = 0;
+    for (size_t i = 0; i < 700; ++i) {
+        size_t k = (i * 7 + i / 3) % handles.size();
+        list += (i ? L";" : L"") + handles[k];
+        sum += areas[k];
+    }
+    AcDbField all;
+    Evaluate(all, L"%<\\AcArea Object(<" + list + L">)>%", db());
+    ASSERT_EQ(all.evaluationStatus(), AcDbField::kSuccess) << cadhost::ToUtf8(Message(all));
+    EXPECT_EQ(Value(all), sum);  // the same additions in the same order
+    EXPECT_EQ(Data(all, L"AcArea Data"), L"Object(<" + list + L">)");
+
+    // 38 erased; 3A a line. The first fault in the list is the one named,
+    // however the handles sort.
+    {
+        AcDbObjectId id;
+        ASSERT_EQ(db()->getAcDbObjectId(id, false, AcDbHandle(L"38")), Acad::eOk);
+        AcDbObjectPointer<AcDbEntity> room(id, AcDb::kForWrite);
+        ASSERT_EQ(room.openStatus(), Acad::eOk);
+        ASSERT_EQ(room->erase(), Acad::eOk);
+    }
+    const std::wstring notArea = L" is not a circle or a polyline; the field sums the areas of circles and polylines.";
+    const std::pair<std::wstring, std::wstring> cases[] = {
+        {list + L";3A;38", L"The object 3A" + notArea},
+        {L"3A;" + list + L";38", L"The object 3A" + notArea},
+        {L"38;3A", L"The object 38 was erased from the drawing."},
+        {L"3A;FFFF;38", L"The object 3A" + notArea},
+        {L"FFFF;3A", L"No object has the handle FFFF in the drawing."},
+        {list + L";FFFF;3A;38", L"No object has the handle FFFF in the drawing."},
+    };
+    for (const auto& [entries, message] : cases) {
+        AcDbField field;
+        Evaluate(field, L"%<\\AcArea Object(<" + entries + L">)>%", db());
+        EXPECT_EQ(field.evaluationStatus(), AcDbField::kInvalidCode) << cadhost::ToUtf8(entries.substr(0, 40));
+        EXPECT_EQ(Message(field), message) << cadhost::ToUtf8(entries.substr(0, 40));
+    }
+}
+
 TEST_F(ObjectsEvaluatorTest, ACircleIsAsLongAsItsRadiusTimesTheWrittenFactor) {
     AcDbObjectId id;
     {
