@@ -104,7 +104,10 @@ END_MESSAGE_MAP()
 
 AsdkMeasureOptionDialog::AsdkMeasureOptionDialog(const MeasurePageKind& kind, CAcFdUiFieldDialogHook* hook,
                                                  CAcFdUiFieldDialog* dialog, HINSTANCE instance)
-    : CAcFdUiFieldOptionDialog(hook, dialog, kind.templateId, instance), m_value(0.0), m_kind(kind) {}
+    : CAcFdUiFieldOptionDialog(hook, dialog, kind.templateId, instance),
+      m_value(0.0),
+      m_handleListKnown(FALSE),
+      m_kind(kind) {}
 
 AsdkMeasureOptionDialog::~AsdkMeasureOptionDialog() = default;
 
@@ -157,9 +160,13 @@ CString AsdkMeasureOptionDialog::GetFormat() {
 }
 
 CString AsdkMeasureOptionDialog::GetFieldCode() {
-    // The handles joined in list order, through one buffer: the list may
-    // hold a hundred thousand of them.
-    CString handleList;
+    return ComposeObjectsFieldCode(m_kind.evaluatorId, HandleList(), GetFormat());
+}
+
+const CString& AsdkMeasureOptionDialog::HandleList() {
+    if (m_handleListKnown) return m_handleList;
+    // Joined in list order through one buffer.
+    m_handleList.Empty();
     std::vector<ACHAR> text(kHandleTextLength);
     int count = m_objectList.m_hWnd ? m_objectList.GetCount() : 0;
     for (int i = 0; i < count; ++i) {
@@ -167,10 +174,35 @@ CString AsdkMeasureOptionDialog::GetFieldCode() {
         if (length < 0) continue;
         if (static_cast<size_t>(length) >= text.size()) text.resize(static_cast<size_t>(length) + 1);
         m_objectList.GetText(i, text.data());
-        if (i > 0) handleList += L';';
-        handleList += text.data();
+        if (i > 0) m_handleList += L';';
+        m_handleList += text.data();
     }
-    return ComposeObjectsFieldCode(m_kind.evaluatorId, handleList, GetFormat());
+    // A list without a window is no list yet: nothing is kept for it.
+    m_handleListKnown = m_objectList.m_hWnd != nullptr;
+    return m_handleList;
+}
+
+void AsdkMeasureOptionDialog::RemoveListEntry(int index) {
+    CString entry;
+    m_objectList.GetText(index, entry);
+    m_objectList.DeleteString(static_cast<UINT>(index));
+    if (!m_handleListKnown) return;
+    // The entry is the index-th piece of the joined handles; it goes with
+    // one ";" beside it. Anything unexpected drops the joined handles.
+    int start = 0;
+    for (int i = 0; i < index && start >= 0; ++i) {
+        start = m_handleList.Find(L';', start);
+        if (start >= 0) ++start;
+    }
+    int length = entry.GetLength();
+    if (start < 0 || m_handleList.Mid(start, length) != entry ||
+        (start + length < m_handleList.GetLength() && m_handleList[start + length] != L';')) {
+        m_handleListKnown = FALSE;
+        return;
+    }
+    if (start + length < m_handleList.GetLength()) m_handleList.Delete(start, length + 1);
+    else if (start > 0) m_handleList.Delete(start - 1, length + 1);
+    else m_handleList.Empty();
 }
 
 void AsdkMeasureOptionDialog::ShowFieldCode(const CString& code) {
@@ -333,7 +365,10 @@ void AsdkMeasureOptionDialog::OnSelectObjects() {
             ACHAR text[kHandleTextLength] = L"";
             handle.getIntoAsciiBuffer(text, kHandleTextLength);
             // A whole entry: "2A1" is not "2A".
-            if (m_objectList.FindStringExact(-1, text) == LB_ERR) m_objectList.AddString(text);
+            if (m_objectList.FindStringExact(-1, text) == LB_ERR) {
+                m_objectList.AddString(text);
+                m_handleListKnown = FALSE;
+            }
         }
         entity->close();
     }
@@ -344,7 +379,7 @@ void AsdkMeasureOptionDialog::OnSelectObjects() {
 void AsdkMeasureOptionDialog::OnRemoveObject() {
     int selected = m_objectList.GetCurSel();
     if (selected < 0) return;
-    m_objectList.DeleteString(static_cast<UINT>(selected));
+    RemoveListEntry(selected);
     RefreshValue();
 }
 
@@ -359,7 +394,10 @@ void AsdkMeasureOptionDialog::OnFilter() {
     CString handle;
     for (int i = m_objectList.GetCount() - 1; i >= 0; --i) {
         m_objectList.GetText(i, handle);
-        if (!IsHandleAllowed(handle)) m_objectList.DeleteString(static_cast<UINT>(i));
+        if (!IsHandleAllowed(handle)) {
+            m_objectList.DeleteString(static_cast<UINT>(i));
+            m_handleListKnown = FALSE;
+        }
     }
     RefreshValue();
 }
@@ -395,6 +433,7 @@ int AsdkMeasureOptionDialog::LoadField(AcDbField* field) {
     CStringArray handles;
     ReadObjectHandles(item, handles);
     for (INT_PTR i = 0; i < handles.GetSize(); ++i) m_objectList.AddString(handles[i]);
+    m_handleListKnown = FALSE;
 
     AcFdFieldValue value;
     double number = 0.0;

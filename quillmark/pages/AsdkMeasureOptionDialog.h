@@ -118,6 +118,16 @@ private:
     BOOL IsEntityAllowed(AcDbEntity* entity);
     // Hands the code to the Field dialog.
     void ShowFieldCode(const CString& code);
+    // The handles of the list joined by ";", in list order.
+    const CString& HandleList();
+    // Takes entry index out of the list, and out of the joined handles.
+    void RemoveListEntry(int index);
+
+    // The joined handles, kept while the list stays as it is: every change
+    // of format composes the code again, and the list may hold a hundred
+    // thousand handles. Any other change of the list drops them.
+    CString m_handleList;
+    BOOL m_handleListKnown;
 
     const MeasurePageKind& m_kind;
 };

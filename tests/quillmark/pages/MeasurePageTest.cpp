@@ -131,6 +131,51 @@ TEST_F(MeasurePageTest, ReadingAStoredFieldAnswersWhatItCouldRead) {
     });
 }
 
+// The page keeps its handles joined between changes of the list; after
+// every removal, pick and change of format the code lists exactly the
+// list's entries in their order.
+TEST_F(MeasurePageTest, TheCodeListsTheEntriesAfterEveryChangeOfTheList) {
+    OnPage(L"QM Objects Area", [&](CAcFdUiFieldDialog& dialog, AsdkMeasureOptionDialog& page) {
+        auto listed = [&] {
+            std::wstring code = dialog.GetFieldCode().str();
+            size_t open = code.find(L"Object(<"), close = code.find(L">)");
+            if (open == std::wstring::npos || close == std::wstring::npos) return std::wstring(L"no list in ") + code;
+            return code.substr(open + 8, close - open - 8);
+        };
+        auto joined = [&] {
+            std::wstring all;
+            for (const std::wstring& entry : Entries(page, IDC_OBJECT_LIST)) all += (all.empty() ? L"" : L";") + entry;
+            return all;
+        };
+        auto removeAt = [&](int index) {
+            HWND list = page.GetDlgItem(IDC_OBJECT_LIST)->m_hWnd;
+            ASSERT_EQ(cadhost::ui::UserChoose(list, index), L"");
+            Click(page, IDC_REMOVE_OBJECT);
+        };
+        Pick({L"2A", L"36", L"3E", L"37", L"39", L"3C", L"3D"});
+        Select(page);
+        int count = static_cast<int>(Entries(page, IDC_OBJECT_LIST).size());
+        ASSERT_GE(count, 4);
+        EXPECT_EQ(listed(), joined());
+        const char* steps[] = {"middle", "first", "units", "last", "pick", "last again", "first again"};
+        for (const char* step : steps) {
+            std::string what = step;
+            int entries = static_cast<int>(Entries(page, IDC_OBJECT_LIST).size());
+            if (what == "middle") removeAt(entries / 2);
+            else if (what.rfind("first", 0) == 0) removeAt(0);
+            else if (what.rfind("last", 0) == 0) removeAt(entries - 1);
+            else if (what == "units") Choose(page, IDC_UNITS_LIST, L"Scientific");
+            else if (what == "pick") {
+                Pick({L"2A", L"36"});
+                Select(page);
+            }
+            EXPECT_EQ(listed(), joined()) << what;
+        }
+        while (!Entries(page, IDC_OBJECT_LIST).empty()) removeAt(0);
+        EXPECT_EQ(listed(), L"");
+    });
+}
+
 TEST_F(MeasurePageTest, AStoredFieldComesBackWithItsFormatHandlesAndValue) {
     struct Case {
         const wchar_t* title;
