@@ -1,4 +1,5 @@
 #include "app/Host.h"
+#include "app/MemoryReuse.h"
 
 #include <AcFdUi.h>
 
@@ -76,6 +77,7 @@ Host::Host(HostOptions options)
         std::abort();
     }
     s_current = this;
+    KeepFreedMemoryForReuse();
     // A store that cannot be used says so on the command line, once.
     m_settings = std::make_unique<SettingsStore>(
         options.settingsFolder.empty() ? SettingsStore::DefaultFolder() : options.settingsFolder,
