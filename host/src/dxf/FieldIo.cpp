@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <memory>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -25,6 +26,7 @@
 #include "dxf/DxfIo.h"
 #include "fields/FieldCodeText.h"
 #include "fields/FieldImpl.h"
+#include "fields/SharedValueText.h"
 
 namespace cadhost::dxf {
 namespace {
@@ -75,6 +77,34 @@ std::wstring WideText(ObjectReader& in, std::string_view raw) { return FromUtf8(
 
 // Whether the file's release frames values (from 2007 on).
 bool FramesValues(const FileState& file) { return file.version >= "AC1021"; }
+
+constexpr wchar_t kNoValue[] = L"####";
+
+bool SameText(const std::shared_ptr<const std::wstring>& a, const std::shared_ptr<const std::wstring>& b) {
+    return a == b || (a && b && *a == *b);
+}
+
+// Whether a field's own value goes into files. A text of fields carries
+// none where its value is what its children show in their places (the file
+// holds their values, and the text shows them), unless the file it came
+// from gave it one. A field read without one does not compose its children
+// here: they may not have been read yet.
+bool WritesOwnValue(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    if (!m.textField || (m.fileForm && m.fileForm->textValue)) return true;
+    if (m.status != AcDbField::kSuccess || ShowsChildren(field)) return false;
+    std::shared_ptr<const std::wstring> own = m.evaluatorText || !m.value ? nullptr : SharedValueText::Of(*m.value);
+    return !own || !SameText(own, ComposedText(field));
+}
+
+// The state that files hold: compiled is a state of the session (an
+// evaluator compiles a field anew after each opening), and a field whose
+// value is not written has no cache there.
+int StateToWrite(const AcDbField& field, bool ownValue) {
+    int state = field.state() & ~AcDbField::kCompiled;
+    if (!ownValue) state &= ~(AcDbField::kHasCache | AcDbField::kHasFormattedString);
+    return state;
+}
 
 // What one field's groups said, gathered while they are read.
 struct ReadState {
@@ -458,24 +488,29 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
         m.value = AcFdFieldValue();
     }
     // The shown text of the cache: kept when the host would show the value
-    // otherwise (an evaluator that shaped its display).
+    // otherwise (an evaluator that shaped its display). A text of fields
+    // without a value of its own is not composed here: its children may not
+    // have been read yet.
     m.evaluatorText.reset();
     auto& field = static_cast<AcDbField&>(object);
+    bool success = m.status == AcDbField::kSuccess;
     std::wstring fileShown = r.cacheShown ? WideText(in, *r.cacheShown) : std::wstring();
-    if (m.status == AcDbField::kSuccess && !fileShown.empty() && (m.fileValue || fileShown != field.getValue()))
+    std::shared_ptr<const std::wstring> ownShown = success && !ShowsChildren(field) ? ShownText(field) : nullptr;
+    if (success && !fileShown.empty() && (m.fileValue || fileShown != (ownShown ? *ownShown : kNoValue)))
         m.evaluatorText = fileShown;
     AcDbField::Impl::FileForm form;
-    form.stateAtRead = field.state() & ~AcDbField::kCompiled;
-    form.state = r.fileState.value_or(form.stateAtRead);
-    form.shown = fileShown;
-    form.shownAtRead = m.status == AcDbField::kSuccess ? field.getValue() : L"";
+    form.textValue = textField && (m.fileValue || (m.value && m.value->isValid()) || !fileShown.empty());
+    form.shown = std::move(fileShown);
     form.cacheFlags = r.cacheFlags;
     form.itemFlags = std::move(r.itemFlags);
-    if (r.irregular) {
-        form.raw = std::move(r.raw_groups);
-        form.fingerprint = Fingerprint(field);
-    }
     m.fileForm = std::move(form);
+    m.fileForm->stateAtRead = StateToWrite(field, WritesOwnValue(field));
+    m.fileForm->state = r.fileState.value_or(m.fileForm->stateAtRead);
+    if (success && !ShowsChildren(field)) m.fileForm->shownAtRead = m.evaluatorText ? ShownText(field) : ownShown;
+    if (r.irregular) {
+        m.fileForm->raw = std::move(r.raw_groups);
+        m.fileForm->fingerprint = Fingerprint(field);
+    }
     r = ReadState();
 }
 
@@ -559,10 +594,9 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     for (AcDbObjectId id : m.objectIds) out.Id(331, id);
     out.Integer(91, m.option);
     out.Integer(92, m.filingOption);
-    // Compiled is a state of the session: an evaluator compiles a field
-    // anew after each opening.
     const auto& form = m.fileForm;
-    int state = field.state() & ~AcDbField::kCompiled;
+    bool ownValue = WritesOwnValue(field);
+    int state = StateToWrite(field, ownValue);
     out.Integer(94, form && state == form->stateAtRead ? form->state : state);
     out.Integer(95, m.status);
     out.Integer(96, m.errorCode);
@@ -590,9 +624,18 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     }
 
     out.Text(7, kCacheKey);
-    bool success = m.status == AcDbField::kSuccess;
-    std::wstring shown = success ? std::wstring(field.getValue()) : std::wstring();
-    if (form && shown == form->shownAtRead) shown = form->shown;
+    bool success = m.status == AcDbField::kSuccess && ownValue;
+    // The text shown goes with the value where it says more than the value:
+    // a text value shows as it is. While the field shows what it showed when
+    // read, the file's own shown text is written again.
+    std::wstring shown;
+    if (success) {
+        std::shared_ptr<const std::wstring> text = ShownText(field);
+        if (form && SameText(text, form->shownAtRead)) shown = form->shown;
+        else if (m.evaluatorText || !m.value || m.value->dataType() != AcValue::kString) shown = *text;
+    } else if (form && !form->shownAtRead) {
+        shown = form->shown;  // it had no value when read either
+    }
     std::optional<int> flags = form ? form->cacheFlags : std::optional<int>(0);
     if (success && m.value) {
         WriteValue(out, flags, shown, [&] { WriteValueBody(out, *m.value); });
