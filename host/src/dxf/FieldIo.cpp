@@ -32,19 +32,25 @@ namespace cadhost::dxf {
 namespace {
 
 constexpr char kCacheKey[] = "ACFD_FIELD_VALUE";
+constexpr size_t kLongText = 250;  // longer than one group holds
 constexpr char kValueEnd[] = "ACVALUE_END";
 
 std::string CaretEncode(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
+    // Counted first (most texts have nothing to encode), then written in place.
+    size_t extra = 0;
+    for (char c : text) extra += static_cast<size_t>(c == '^') | static_cast<size_t>(static_cast<unsigned char>(c) < 0x20);
+    if (extra == 0) return std::string(text);
+    std::string out(text.size() + extra, '\0');
+    char* p = out.data();
     for (char c : text) {
         if (c == '^') {
-            out += "^ ";
+            *p++ = '^';
+            *p++ = ' ';
         } else if (static_cast<unsigned char>(c) < 0x20) {
-            out += '^';
-            out += static_cast<char>(c + 0x40);
+            *p++ = '^';
+            *p++ = static_cast<char>(c + 0x40);
         } else {
-            out += c;
+            *p++ = c;
         }
     }
     return out;
@@ -128,15 +134,47 @@ struct ReadState {
     std::string shown;  // raw
     std::optional<int> flags;
 
-    // Every group after the marker as the file wrote it, and whether it was
-    // counted; irregular when one of them is not where the form puts it.
-    std::vector<AcDbField::Impl::FileForm::RawGroup> raw_groups;
+    // Every group after the marker as the file wrote it (its value in
+    // rawText), and whether it was counted; irregular when one of them is
+    // not where the form puts it. Only an irregular field keeps them.
+    struct RawRef {
+        int code;
+        size_t at, size;
+        bool counted;
+    };
+    std::vector<RawRef> rawRefs;
+    std::string rawText;
     bool irregular = false;
 
     std::optional<std::string> cacheShown;  // the cached value's shown text
     std::optional<int> fileState;
     std::optional<int> cacheFlags;
     std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
+
+    // Ready for the next field, keeping the room the lists took: fields
+    // come by the thousand, most alike.
+    void Reset() {
+        part = kBeforeMarker;
+        code.clear();
+        format.clear();
+        children.clear();
+        status = 0;
+        StartValue(false, std::wstring());
+        part = kBeforeMarker;
+        rawRefs.clear();
+        rawText.clear();
+        irregular = false;
+        cacheShown.reset();
+        fileState.reset();
+        cacheFlags.reset();
+        itemFlags.clear();
+    }
+    std::vector<AcDbField::Impl::FileForm::RawGroup> RawGroups() const {
+        std::vector<AcDbField::Impl::FileForm::RawGroup> out;
+        out.reserve(rawRefs.size());
+        for (const RawRef& ref : rawRefs) out.push_back({ref.code, rawText.substr(ref.at, ref.size), ref.counted});
+        return out;
+    }
 
     void StartValue(bool cache, std::wstring itemKey) {
         part = kValue;
@@ -199,7 +237,14 @@ void EndValue(AcDbField::Impl& m, ObjectReader& in) {
     switch (r.type) {
     case AcValue::kLong: value.set(static_cast<Adesk::Int32>(r.whole)); break;
     case AcValue::kDouble: value.set(r.xyz[0]); break;
-    case AcValue::kString: value.set(WideText(in, r.text).c_str()); break;
+    case AcValue::kString:
+        // Long values (a whole file's text, shown by many fields) are made
+        // once and shared.
+        if (r.text.size() > kLongText)
+            SharedValueText::Set(value, in.Shared<std::wstring>('F', r.text, [&] { return WideText(in, r.text); }));
+        else
+            value.set(WideText(in, r.text).c_str());
+        break;
     case AcValue::kPoint: value.set(r.xyz[0], r.xyz[1]); break;
     case AcValue::k3dPoint: value.set(r.xyz[0], r.xyz[1], r.xyz[2]); break;
     case AcValue::kObjectId: value.set(r.id); break;
@@ -347,7 +392,7 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& m = static_cast<AcDbField&>(object).impl();
     ReadState& r = g_read;
     if (!(in.state & kStarted)) {
-        r = ReadState();
+        r.Reset();
         in.state |= kStarted;
     }
     if (r.part == ReadState::kBeforeMarker) {
@@ -359,7 +404,8 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     // field irregular, and it is written back as it came while unchanged.
     Use use = ReadFieldGroup(m, g, in);
     bool counted = use != Use::kContinued || !ContinuesGroup(in.previousTaken, g.code);
-    r.raw_groups.push_back({g.code, std::string(g.value), counted});
+    r.rawRefs.push_back({g.code, r.rawText.size(), g.value.size(), counted});
+    r.rawText.append(g.value);
     if (use != Use::kKept) return use;
     r.irregular = true;
     return Use::kKnown;
@@ -445,7 +491,7 @@ bool PlacesMatch(const ParsedCode& parsed, const std::vector<AcDbObjectId>& file
 void FinishField(AcDbObject& object, ObjectReader& in) {
     auto& m = static_cast<AcDbField&>(object).impl();
     ReadState& r = g_read;
-    if (!(in.state & kStarted)) r = ReadState();  // a field of no groups of its own
+    if (!(in.state & kStarted)) r.Reset();  // a field of no groups of its own
     if (r.part == ReadState::kValue) EndValue(m, in);
     std::wstring code = WideText(in, r.code);
     std::wstring format = WideText(in, r.format);
@@ -508,10 +554,10 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
     m.fileForm->state = r.fileState.value_or(m.fileForm->stateAtRead);
     if (success && !ShowsChildren(field)) m.fileForm->shownAtRead = m.evaluatorText ? ShownText(field) : ownShown;
     if (r.irregular) {
-        m.fileForm->raw = std::move(r.raw_groups);
+        m.fileForm->raw = r.RawGroups();
         m.fileForm->fingerprint = Fingerprint(field);
     }
-    r = ReadState();
+    r.Reset();
 }
 
 // Writing -----------------------------------------------------------------
@@ -534,9 +580,11 @@ void WriteValueBody(ObjectWriter& out, const AcValue& value) {
         break;
     }
     case AcValue::kString: {
-        const ACHAR* text = L"";
-        value.get(text);
-        out.LongText(2, 1, CaretEncode(ToUtf8(text)));
+        // Values that many fields show (one source named by many) are one
+        // shared text: made into the file's form once.
+        std::shared_ptr<const std::wstring> text = SharedValueText::Of(value);
+        if (text) out.LongText(2, 1, out.Shared(text.get(), [&text] { return CaretEncode(ToUtf8(*text)); }));
+        else out.LongText(2, 1, "");
         break;
     }
     case AcValue::kPoint: {

@@ -299,6 +299,63 @@ TEST_F(FieldFileTest, ATextValueShapedByItsEvaluatorKeepsItsShownText) {
     EXPECT_EQ(DescribeField(Id(handle)), described);
 }
 
+TEST_F(FieldFileTest, LongValuesThatManyFieldsShowAreWrittenForEachAndReadBackApart) {
+    std::wstring same = L"First line \u00E9\u20AC ^ caret\t", other = L"Other \u0416\t";
+    while (same.size() < 700) same += same;
+    while (other.size() < 700) other += other;
+    AcValue sameValue(same.c_str()), otherValue(other.c_str());
+    qmtest::ScriptedEvaluator probe(L"Probe", [&](AcDbField* field, int, AcFdFieldResult* result) {
+        std::wstring code = field->getFieldCode(AcDbField::kFieldCode);
+        // One value handed to every field that names "same", as an
+        // evaluator hands out a file it read once.
+        result->setFieldValue(code.find(L"same") != std::wstring::npos ? &sameValue : &otherValue);
+        result->setEvaluationStatus(AcDbField::kSuccess);
+        return Acad::eOk;
+    });
+    qmtest::ScriptedLoader loader;
+    loader.Add(&probe);
+    ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+    const wchar_t* codes[] = {L"%<\\Probe same>%", L"%<\\Probe other>%", L"%<\\Probe same>%", L"%<\\Probe same>%"};
+    std::vector<std::string> texts, children;
+    std::vector<std::wstring> contents, described;
+    for (int i = 0; i < 4; ++i) {
+        AcDbObjectId text = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 5.0 * i, 0), codes[i]);
+        texts.push_back(cadhost::ToUtf8(HandleText(text)));
+        children.push_back(cadhost::ToUtf8(HandleText(qmtest::ChildFieldOf(text))));
+        contents.push_back(qmtest::MTextContents(text));
+        described.push_back(DescribeField(qmtest::ChildFieldOf(text)));
+    }
+    EXPECT_NE(described[0].find(L"value " + same), std::wstring::npos);
+    EXPECT_NE(described[1].find(L"value " + other), std::wstring::npos);
+    host().fieldEngine().unregisterEvaluatorLoader(&loader);
+
+    Open(Save("shared.dxf"));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(qmtest::MTextContents(Id(texts[i])), contents[i]) << i;
+        EXPECT_EQ(DescribeField(Id(children[i])), described[i]) << i;
+    }
+    // What one text or field holds is its own, however alike they came.
+    {
+        AcDbObjectPointer<AcDbMText> text(Id(texts[2]), AcDb::kForWrite);
+        ASSERT_EQ(text.openStatus(), Acad::eOk);
+        text->setContents(L"changed");
+        AcDbObjectPointer<AcDbField> field(Id(children[3]), AcDb::kForWrite);
+        ASSERT_EQ(field.openStatus(), Acad::eOk);
+        AcFdFieldValue item(L"an item");
+        field->setData(L"note", &item);
+    }
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[0])), contents[0]);
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[3])), contents[3]);
+    EXPECT_EQ(DescribeField(Id(children[0])), described[0]);
+    Open(Save("changed.dxf"));
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[2])), L"changed");
+    for (int i : {0, 1, 3}) EXPECT_EQ(qmtest::MTextContents(Id(texts[i])), contents[i]) << i;
+    for (int i : {0, 1, 2}) EXPECT_EQ(DescribeField(Id(children[i])), described[i]) << i;
+    std::wstring noted = described[3];
+    noted.insert(noted.find(L"\nchildren"), L"\ndata note = 4:\"an item\"");
+    EXPECT_EQ(DescribeField(Id(children[3])), noted);
+}
+
 // The text 32 of tablecell_notables.dxf holds the field 35 (_text), whose
 // one child is the field 36.
 TEST_F(FieldFileTest, TextsOfFieldsInACycleWithoutValuesShowNoValueAndSaveAsTheyCame) {
