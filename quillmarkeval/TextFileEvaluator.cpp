@@ -82,7 +82,7 @@ CTextFileContent ReadTextFile(const std::wstring& fullPath) {
         return Failed(L"is not text: it holds a NUL byte at offset " + std::to_wstring(decoded.nulAt) + L".");
     CTextFileContent content;
     content.read = true;
-    content.text = JoinLines(decoded.text);
+    content.value.set(JoinLines(decoded.text).c_str());
     return content;
 }
 
@@ -110,8 +110,7 @@ Acad::ErrorStatus AsdkTextFileEvaluator::evaluate(AcDbField* field, int, AcDbDat
         message.Format(L"The file %s %s", (LPCTSTR)named, content.reason.c_str());
         return Fail(result, AcDbField::kInvalidCode, message);
     }
-    AcValue value(content.text.c_str());
-    result->setFieldValue(&value);
+    result->setFieldValue(&content.value);
     result->setEvaluationStatus(AcDbField::kSuccess);
     return Acad::eOk;
 }

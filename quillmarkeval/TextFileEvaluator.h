@@ -14,9 +14,14 @@
 // What reading one file gave: its text, or why there is none.
 struct CTextFileContent {
     bool read = false;
-    std::wstring text;    // the lines joined by "\n"
+    // The lines joined by "\n", as a text value: every field that shows the
+    // file is handed this one value, whose copies share its text.
+    AcValue value;
     std::wstring reason;  // "does not exist.", "is a folder, not a text file." ...
-    size_t Weight() const { return text.size() + reason.size(); }
+    size_t Weight() const {
+        const ACHAR* text = nullptr;
+        return (value.get(text) ? wcslen(text) : 0) + reason.size();
+    }
 };
 
 // Reads a text file by its full path (see TextDecoding.h for the text).

@@ -2,11 +2,16 @@
 // id, and their display text under a format text.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "AcString.h"
 #include "dbid.h"
 #include "rxobject.h"
+
+namespace cadhost {
+struct SharedValueText;
+}
 
 class CADHOST_API AcValue : public AcRxObject {
 public:
@@ -36,6 +41,8 @@ public:
     AcValue() = default;
     AcValue(const AcValue&) = default;
     AcValue& operator=(const AcValue&) = default;
+    AcValue(AcValue&&) noexcept = default;
+    AcValue& operator=(AcValue&&) noexcept = default;
     ~AcValue() override = default;
     explicit AcValue(const ACHAR* text) { set(text); }
     explicit AcValue(Adesk::Int32 value) { set(value); }
@@ -73,10 +80,13 @@ public:
     bool operator==(const AcValue& other) const;
 
 private:
+    friend struct cadhost::SharedValueText;
+
     DataType m_type = kUnknown;
     Adesk::Int32 m_long = 0;
     double m_real[3] = {0, 0, 0};
-    std::wstring m_text;
+    // A text never changes once set: copies of a value share it.
+    std::shared_ptr<const std::wstring> m_text;
     AcDbObjectId m_id;
 };
 
@@ -87,4 +97,5 @@ public:
     using AcValue::AcValue;
     AcFdFieldValue() = default;
     explicit AcFdFieldValue(const AcValue& value) : AcValue(value) {}
+    explicit AcFdFieldValue(AcValue&& value) noexcept : AcValue(std::move(value)) {}
 };

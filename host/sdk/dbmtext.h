@@ -1,6 +1,7 @@
 // Multiline text: a text with formatting codes in a box of a given width.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "dbents.h"
@@ -38,8 +39,11 @@ public:
     Acad::ErrorStatus setContents(const ACHAR* text);
     // The text without formatting codes.
     ACHAR* text() const;
-    const std::string& contentsUtf8() const { return m_contents; }
-    void setContentsUtf8(std::string text) { m_contents = std::move(text); }
+    const std::string& contentsUtf8() const;
+    void setContentsUtf8(std::string text);
+    // The host's own: contents shared with other texts that show the same
+    // (a text never changes in place; setting it puts another in).
+    void setContentsUtf8(std::shared_ptr<const std::string> text);
     // The host's own: whether the direction is kept as a vector (true) or as
     // a rotation angle in the plane (false), as files give either.
     bool hasDirection() const { return m_hasDirection; }
@@ -66,7 +70,7 @@ private:
     double m_rotation = 0;                            // degrees in the plane, when !m_hasDirection
     double m_height = 0;
     double m_width = 0;
-    std::string m_contents;
+    std::shared_ptr<const std::string> m_contents;  // null for no text
     Adesk::Int16 m_attachment = kTopLeft;
     bool m_hasDirection = false;
 };

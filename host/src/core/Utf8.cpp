@@ -1,27 +1,61 @@
 #include "core/Utf8.h"
 
+#include <cstdint>
+
 namespace cadhost {
 
-std::string ToUtf8(std::wstring_view text) {
-    std::string out;
-    out.reserve(text.size());
+namespace {
+
+uint32_t Valid(wchar_t wc) {
+    auto c = static_cast<uint32_t>(wc);
+    return c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF) ? 0xFFFD : c;
+}
+
+// Written as sums without branches, so that compilers turn the loop over
+// long texts (field values of whole files) into vector code.
+size_t Utf8Length(std::wstring_view text) {
+    size_t length = 0;
     for (wchar_t wc : text) {
-        auto c = static_cast<uint32_t>(wc);
-        if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
+        uint32_t c = Valid(wc);
+        length += 1 + (c >= 0x80) + (c >= 0x800) + (c >= 0x10000);
+    }
+    return length;
+}
+
+}  // namespace
+
+std::string ToUtf8(std::wstring_view text) {
+    std::string out(Utf8Length(text), '\0');
+    char* p = out.data();
+    size_t i = 0;
+    const size_t n = text.size();
+    // Runs of ASCII sixteen at a time, the rest character by character.
+    while (i < n) {
+        if (i + 16 <= n) {
+            uint32_t seen = 0;
+            for (size_t k = 0; k < 16; ++k) seen |= static_cast<uint32_t>(text[i + k]);
+            if (seen < 0x80) {
+                for (size_t k = 0; k < 16; ++k) p[k] = static_cast<char>(text[i + k]);
+                p += 16;
+                i += 16;
+                continue;
+            }
+        }
+        uint32_t c = Valid(text[i++]);
         if (c < 0x80) {
-            out += static_cast<char>(c);
+            *p++ = static_cast<char>(c);
         } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
+            *p++ = static_cast<char>(0xC0 | (c >> 6));
+            *p++ = static_cast<char>(0x80 | (c & 0x3F));
         } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
+            *p++ = static_cast<char>(0xE0 | (c >> 12));
+            *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            *p++ = static_cast<char>(0x80 | (c & 0x3F));
         } else {
-            out += static_cast<char>(0xF0 | (c >> 18));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
+            *p++ = static_cast<char>(0xF0 | (c >> 18));
+            *p++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            *p++ = static_cast<char>(0x80 | (c & 0x3F));
         }
     }
     return out;

@@ -314,19 +314,31 @@ Acad::ErrorStatus AcDbMText::setAttachment(AttachmentPoint attachment) {
     return Acad::eOk;
 }
 
-ACHAR* AcDbMText::contents() const { return NewTextFromUtf8(m_contents); }
+ACHAR* AcDbMText::contents() const { return NewTextFromUtf8(contentsUtf8()); }
+
+const std::string& AcDbMText::contentsUtf8() const {
+    static const std::string kEmpty;
+    return m_contents ? *m_contents : kEmpty;
+}
+
+void AcDbMText::setContentsUtf8(std::string text) { m_contents = std::make_shared<const std::string>(std::move(text)); }
+
+void AcDbMText::setContentsUtf8(std::shared_ptr<const std::string> text) {
+    if (text) m_contents = std::move(text);
+    else m_contents.reset();
+}
 
 Acad::ErrorStatus AcDbMText::setContents(const ACHAR* text) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!text) return Acad::eInvalidInput;
-    m_contents = cadhost::ToUtf8(text);
+    setContentsUtf8(cadhost::ToUtf8(text));
     return Acad::eOk;
 }
 
-ACHAR* AcDbMText::text() const { return NewText(cadhost::StripMTextCodes(cadhost::FromUtf8(m_contents))); }
+ACHAR* AcDbMText::text() const { return NewText(cadhost::StripMTextCodes(cadhost::FromUtf8(contentsUtf8()))); }
 
 void AcDbMText::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int) const {
-    std::wstring plain = cadhost::StripMTextCodes(cadhost::FromUtf8(m_contents));
+    std::wstring plain = cadhost::StripMTextCodes(cadhost::FromUtf8(contentsUtf8()));
     size_t lines = 1, longest = 0, current = 0;
     for (wchar_t c : plain) {
         if (c == L'\n') {

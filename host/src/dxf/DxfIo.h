@@ -29,8 +29,11 @@
 #include <dbmain.h>
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace cadhost {
 class DatabaseImpl;
@@ -135,6 +138,32 @@ public:
         text[0].clear();
         text[1].clear();
     }
+
+    // Texts that many objects of the file may hold alike (the values of
+    // fields that name one source, the texts that show them): what make
+    // gives for a raw text is made once while the file is read, and the
+    // objects that hold it share it. kind tells apart what different classes
+    // make of the same raw text. Beyond a budget, texts are made each time.
+    template <class T, class Make>
+    std::shared_ptr<const T> Shared(char kind, std::string_view raw, Make&& make) {
+        std::string key;
+        key.reserve(raw.size() + 1);
+        key += kind;
+        key.append(raw);
+        auto found = m_shared.find(key);
+        if (found != m_shared.end()) return std::static_pointer_cast<const T>(found->second);
+        auto made = std::make_shared<const T>(make());
+        if (m_sharedBytes + key.size() <= kSharedBudget) {
+            m_sharedBytes += key.size();
+            m_shared.emplace(std::move(key), made);
+        }
+        return made;
+    }
+
+private:
+    static constexpr size_t kSharedBudget = 64u << 20;
+    std::unordered_map<std::string, std::shared_ptr<const void>> m_shared;
+    size_t m_sharedBytes = 0;
 };
 
 // What a class's write function writes with. Every group it writes is one
@@ -169,6 +198,11 @@ public:
     virtual bool FromFile() const = 0;
     virtual const FileState& File() const = 0;
     virtual bool R12() const = 0;
+    // The file's form of a text that many objects may share (one value held
+    // by many fields), made by make once a save for each shared text: key is
+    // the shared text's address, which its objects keep alive while the file
+    // is written. Beyond a budget, texts are made each time.
+    virtual std::string_view Shared(const void* key, const std::function<std::string()>& make) = 0;
 };
 
 // Reading helpers for classes.

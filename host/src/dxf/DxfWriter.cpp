@@ -69,6 +69,7 @@ private:
     const FileState& m_file;
     GroupWriter m_out;
     TextCodec m_codec;
+    SharedTexts m_shared;
     std::unordered_set<const AcDbStub*> m_tableObjects;  // written in TABLES, not in OBJECTS
 };
 
@@ -113,7 +114,7 @@ void Writer::WriteObject(const AcDbObject& object, const std::string& type) {
     if (type.empty()) return;
     bool r12 = m_file.IsR12();
     m_out.Write(0, type);
-    ObjectWriterImpl out(m_out, object, m_file, m_codec);
+    ObjectWriterImpl out(m_out, object, m_file, m_codec, m_shared);
     auto* table = AcDbSymbolTable::cast(&object);
     if (table) {
         const char* name = AcDbLayerTable::cast(&object) ? "LAYER" : AcDbBlockTable::cast(&object) ? "BLOCK_RECORD" : "APPID";

@@ -500,7 +500,11 @@ Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
 
 void FinishMText(AcDbObject& object, ObjectReader& in) {
     auto& mtext = static_cast<AcDbMText&>(object);
-    mtext.setContentsUtf8(in.Decode(in.text[0]));
+    // Long texts (those that show a whole file, many alike) are shared.
+    if (in.text[0].size() > 250)
+        mtext.setContentsUtf8(in.Shared<std::string>('M', in.text[0], [&in] { return in.Decode(in.text[0]); }));
+    else
+        mtext.setContentsUtf8(in.Decode(in.text[0]));
     if (Had(object, kHad210)) mtext.setNormalRaw(Normal(in.scratch));
     // A direction wins over an angle when a file gives both.
     if (Had(object, kHad11)) mtext.setDirectionRaw(AcGeVector3d(in.scratch[3], in.scratch[4], in.scratch[5]));

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <memory>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -25,24 +26,31 @@
 #include "dxf/DxfIo.h"
 #include "fields/FieldCodeText.h"
 #include "fields/FieldImpl.h"
+#include "fields/SharedValueText.h"
 
 namespace cadhost::dxf {
 namespace {
 
 constexpr char kCacheKey[] = "ACFD_FIELD_VALUE";
+constexpr size_t kLongText = 250;  // longer than one group holds
 constexpr char kValueEnd[] = "ACVALUE_END";
 
 std::string CaretEncode(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
+    // Counted first (most texts have nothing to encode), then written in place.
+    size_t extra = 0;
+    for (char c : text) extra += static_cast<size_t>(c == '^') | static_cast<size_t>(static_cast<unsigned char>(c) < 0x20);
+    if (extra == 0) return std::string(text);
+    std::string out(text.size() + extra, '\0');
+    char* p = out.data();
     for (char c : text) {
         if (c == '^') {
-            out += "^ ";
+            *p++ = '^';
+            *p++ = ' ';
         } else if (static_cast<unsigned char>(c) < 0x20) {
-            out += '^';
-            out += static_cast<char>(c + 0x40);
+            *p++ = '^';
+            *p++ = static_cast<char>(c + 0x40);
         } else {
-            out += c;
+            *p++ = c;
         }
     }
     return out;
@@ -76,6 +84,34 @@ std::wstring WideText(ObjectReader& in, std::string_view raw) { return FromUtf8(
 // Whether the file's release frames values (from 2007 on).
 bool FramesValues(const FileState& file) { return file.version >= "AC1021"; }
 
+constexpr wchar_t kNoValue[] = L"####";
+
+bool SameText(const std::shared_ptr<const std::wstring>& a, const std::shared_ptr<const std::wstring>& b) {
+    return a == b || (a && b && *a == *b);
+}
+
+// Whether a field's own value goes into files. A text of fields carries
+// none where its value is what its children show in their places (the file
+// holds their values, and the text shows them), unless the file it came
+// from gave it one. A field read without one does not compose its children
+// here: they may not have been read yet.
+bool WritesOwnValue(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    if (!m.textField || (m.fileForm && m.fileForm->textValue)) return true;
+    if (m.status != AcDbField::kSuccess || ShowsChildren(field)) return false;
+    std::shared_ptr<const std::wstring> own = m.evaluatorText || !m.value ? nullptr : SharedValueText::Of(*m.value);
+    return !own || !SameText(own, ComposedText(field));
+}
+
+// The state that files hold: compiled is a state of the session (an
+// evaluator compiles a field anew after each opening), and a field whose
+// value is not written has no cache there.
+int StateToWrite(const AcDbField& field, bool ownValue) {
+    int state = field.state() & ~AcDbField::kCompiled;
+    if (!ownValue) state &= ~(AcDbField::kHasCache | AcDbField::kHasFormattedString);
+    return state;
+}
+
 // What one field's groups said, gathered while they are read.
 struct ReadState {
     enum Part { kBeforeMarker, kHead, kItems, kValue, kTail };
@@ -98,15 +134,47 @@ struct ReadState {
     std::string shown;  // raw
     std::optional<int> flags;
 
-    // Every group after the marker as the file wrote it, and whether it was
-    // counted; irregular when one of them is not where the form puts it.
-    std::vector<AcDbField::Impl::FileForm::RawGroup> raw_groups;
+    // Every group after the marker as the file wrote it (its value in
+    // rawText), and whether it was counted; irregular when one of them is
+    // not where the form puts it. Only an irregular field keeps them.
+    struct RawRef {
+        int code;
+        size_t at, size;
+        bool counted;
+    };
+    std::vector<RawRef> rawRefs;
+    std::string rawText;
     bool irregular = false;
 
     std::optional<std::string> cacheShown;  // the cached value's shown text
     std::optional<int> fileState;
     std::optional<int> cacheFlags;
     std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
+
+    // Ready for the next field, keeping the room the lists took: fields
+    // come by the thousand, most alike.
+    void Reset() {
+        part = kBeforeMarker;
+        code.clear();
+        format.clear();
+        children.clear();
+        status = 0;
+        StartValue(false, std::wstring());
+        part = kBeforeMarker;
+        rawRefs.clear();
+        rawText.clear();
+        irregular = false;
+        cacheShown.reset();
+        fileState.reset();
+        cacheFlags.reset();
+        itemFlags.clear();
+    }
+    std::vector<AcDbField::Impl::FileForm::RawGroup> RawGroups() const {
+        std::vector<AcDbField::Impl::FileForm::RawGroup> out;
+        out.reserve(rawRefs.size());
+        for (const RawRef& ref : rawRefs) out.push_back({ref.code, rawText.substr(ref.at, ref.size), ref.counted});
+        return out;
+    }
 
     void StartValue(bool cache, std::wstring itemKey) {
         part = kValue;
@@ -169,7 +237,14 @@ void EndValue(AcDbField::Impl& m, ObjectReader& in) {
     switch (r.type) {
     case AcValue::kLong: value.set(static_cast<Adesk::Int32>(r.whole)); break;
     case AcValue::kDouble: value.set(r.xyz[0]); break;
-    case AcValue::kString: value.set(WideText(in, r.text).c_str()); break;
+    case AcValue::kString:
+        // Long values (a whole file's text, shown by many fields) are made
+        // once and shared.
+        if (r.text.size() > kLongText)
+            SharedValueText::Set(value, in.Shared<std::wstring>('F', r.text, [&] { return WideText(in, r.text); }));
+        else
+            value.set(WideText(in, r.text).c_str());
+        break;
     case AcValue::kPoint: value.set(r.xyz[0], r.xyz[1]); break;
     case AcValue::k3dPoint: value.set(r.xyz[0], r.xyz[1], r.xyz[2]); break;
     case AcValue::kObjectId: value.set(r.id); break;
@@ -317,7 +392,7 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     auto& m = static_cast<AcDbField&>(object).impl();
     ReadState& r = g_read;
     if (!(in.state & kStarted)) {
-        r = ReadState();
+        r.Reset();
         in.state |= kStarted;
     }
     if (r.part == ReadState::kBeforeMarker) {
@@ -329,7 +404,8 @@ Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
     // field irregular, and it is written back as it came while unchanged.
     Use use = ReadFieldGroup(m, g, in);
     bool counted = use != Use::kContinued || !ContinuesGroup(in.previousTaken, g.code);
-    r.raw_groups.push_back({g.code, std::string(g.value), counted});
+    r.rawRefs.push_back({g.code, r.rawText.size(), g.value.size(), counted});
+    r.rawText.append(g.value);
     if (use != Use::kKept) return use;
     r.irregular = true;
     return Use::kKnown;
@@ -415,7 +491,7 @@ bool PlacesMatch(const ParsedCode& parsed, const std::vector<AcDbObjectId>& file
 void FinishField(AcDbObject& object, ObjectReader& in) {
     auto& m = static_cast<AcDbField&>(object).impl();
     ReadState& r = g_read;
-    if (!(in.state & kStarted)) r = ReadState();  // a field of no groups of its own
+    if (!(in.state & kStarted)) r.Reset();  // a field of no groups of its own
     if (r.part == ReadState::kValue) EndValue(m, in);
     std::wstring code = WideText(in, r.code);
     std::wstring format = WideText(in, r.format);
@@ -458,25 +534,30 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
         m.value = AcFdFieldValue();
     }
     // The shown text of the cache: kept when the host would show the value
-    // otherwise (an evaluator that shaped its display).
+    // otherwise (an evaluator that shaped its display). A text of fields
+    // without a value of its own is not composed here: its children may not
+    // have been read yet.
     m.evaluatorText.reset();
     auto& field = static_cast<AcDbField&>(object);
+    bool success = m.status == AcDbField::kSuccess;
     std::wstring fileShown = r.cacheShown ? WideText(in, *r.cacheShown) : std::wstring();
-    if (m.status == AcDbField::kSuccess && !fileShown.empty() && (m.fileValue || fileShown != field.getValue()))
+    std::shared_ptr<const std::wstring> ownShown = success && !ShowsChildren(field) ? ShownText(field) : nullptr;
+    if (success && !fileShown.empty() && (m.fileValue || fileShown != (ownShown ? *ownShown : kNoValue)))
         m.evaluatorText = fileShown;
     AcDbField::Impl::FileForm form;
-    form.stateAtRead = field.state() & ~AcDbField::kCompiled;
-    form.state = r.fileState.value_or(form.stateAtRead);
-    form.shown = fileShown;
-    form.shownAtRead = m.status == AcDbField::kSuccess ? field.getValue() : L"";
+    form.textValue = textField && (m.fileValue || (m.value && m.value->isValid()) || !fileShown.empty());
+    form.shown = std::move(fileShown);
     form.cacheFlags = r.cacheFlags;
     form.itemFlags = std::move(r.itemFlags);
-    if (r.irregular) {
-        form.raw = std::move(r.raw_groups);
-        form.fingerprint = Fingerprint(field);
-    }
     m.fileForm = std::move(form);
-    r = ReadState();
+    m.fileForm->stateAtRead = StateToWrite(field, WritesOwnValue(field));
+    m.fileForm->state = r.fileState.value_or(m.fileForm->stateAtRead);
+    if (success && !ShowsChildren(field)) m.fileForm->shownAtRead = m.evaluatorText ? ShownText(field) : ownShown;
+    if (r.irregular) {
+        m.fileForm->raw = r.RawGroups();
+        m.fileForm->fingerprint = Fingerprint(field);
+    }
+    r.Reset();
 }
 
 // Writing -----------------------------------------------------------------
@@ -499,9 +580,11 @@ void WriteValueBody(ObjectWriter& out, const AcValue& value) {
         break;
     }
     case AcValue::kString: {
-        const ACHAR* text = L"";
-        value.get(text);
-        out.LongText(2, 1, CaretEncode(ToUtf8(text)));
+        // Values that many fields show (one source named by many) are one
+        // shared text: made into the file's form once.
+        std::shared_ptr<const std::wstring> text = SharedValueText::Of(value);
+        if (text) out.LongText(2, 1, out.Shared(text.get(), [&text] { return CaretEncode(ToUtf8(*text)); }));
+        else out.LongText(2, 1, "");
         break;
     }
     case AcValue::kPoint: {
@@ -559,10 +642,9 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     for (AcDbObjectId id : m.objectIds) out.Id(331, id);
     out.Integer(91, m.option);
     out.Integer(92, m.filingOption);
-    // Compiled is a state of the session: an evaluator compiles a field
-    // anew after each opening.
     const auto& form = m.fileForm;
-    int state = field.state() & ~AcDbField::kCompiled;
+    bool ownValue = WritesOwnValue(field);
+    int state = StateToWrite(field, ownValue);
     out.Integer(94, form && state == form->stateAtRead ? form->state : state);
     out.Integer(95, m.status);
     out.Integer(96, m.errorCode);
@@ -590,9 +672,18 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     }
 
     out.Text(7, kCacheKey);
-    bool success = m.status == AcDbField::kSuccess;
-    std::wstring shown = success ? std::wstring(field.getValue()) : std::wstring();
-    if (form && shown == form->shownAtRead) shown = form->shown;
+    bool success = m.status == AcDbField::kSuccess && ownValue;
+    // The text shown goes with the value where it says more than the value:
+    // a text value shows as it is. While the field shows what it showed when
+    // read, the file's own shown text is written again.
+    std::wstring shown;
+    if (success) {
+        std::shared_ptr<const std::wstring> text = ShownText(field);
+        if (form && SameText(text, form->shownAtRead)) shown = form->shown;
+        else if (m.evaluatorText || !m.value || m.value->dataType() != AcValue::kString) shown = *text;
+    } else if (form && !form->shownAtRead) {
+        shown = form->shown;  // it had no value when read either
+    }
     std::optional<int> flags = form ? form->cacheFlags : std::optional<int>(0);
     if (success && m.value) {
         WriteValue(out, flags, shown, [&] { WriteValueBody(out, *m.value); });

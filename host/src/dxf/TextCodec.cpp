@@ -3,6 +3,7 @@
 #include <iconv.h>
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace cadhost::dxf {
@@ -61,9 +62,17 @@ bool IsValidUtf8(std::string_view text) {
 }
 
 bool IsAscii(std::string_view text) {
-    for (char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80) return false;
-    return true;
+    // Eight bytes at a time without an early exit, which compilers turn into
+    // vector code: texts are mostly ASCII, and some are long.
+    uint64_t seen = 0;
+    size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        uint64_t word;
+        std::memcpy(&word, text.data() + i, 8);
+        seen |= word;
+    }
+    for (; i < text.size(); ++i) seen |= static_cast<unsigned char>(text[i]);
+    return (seen & 0x8080808080808080ULL) == 0;
 }
 
 int HexDigit(char c) {
@@ -190,6 +199,12 @@ std::string TextCodec::Decode(std::string_view raw) const {
     bool ok;
     std::string converted = Convert(m_toUtf8, raw, ok);
     return DecodeEscapes(ok ? converted : Cp1252ToUtf8(raw));
+}
+
+std::string_view TextCodec::Encode(std::string_view utf8, std::string& scratch) const {
+    if (m_utf8 || IsAscii(utf8)) return utf8;
+    scratch = Encode(utf8);
+    return scratch;
 }
 
 std::string TextCodec::Encode(std::string_view utf8) const {

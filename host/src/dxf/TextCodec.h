@@ -19,6 +19,10 @@ public:
 
     std::string Decode(std::string_view raw) const;
     std::string Encode(std::string_view utf8) const;
+    // The same without a copy where the text goes to the file as it is (a
+    // UTF-8 file, or plain ASCII): the view is of utf8 itself, else of
+    // scratch, which holds the encoded text.
+    std::string_view Encode(std::string_view utf8, std::string& scratch) const;
 
 private:
     bool m_utf8;

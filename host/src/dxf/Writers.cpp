@@ -1,6 +1,9 @@
 #include "dxf/Writers.h"
 
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 
 #include "db/DatabaseImpl.h"
 #include "db/ObjectExtras.h"
@@ -16,17 +19,26 @@ const KeptGroups& KeptOf(const AcDbObject& object) {
     return extras ? extras->kept : kNoGroups;
 }
 
+// The code right-aligned in three places, as "%3d" writes it.
 void AppendCode(std::string& out, int code) {
     char buffer[16];
-    int n = std::snprintf(buffer, sizeof buffer, "%3d\n", code);
-    out.append(buffer, static_cast<size_t>(n));
+    auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, code);
+    size_t length = static_cast<size_t>(end - buffer);
+    if (length < 3) out.append(3 - length, ' ');
+    out.append(buffer, length);
+    out += '\n';
 }
 }  // namespace
 
 void GroupWriter::Write(int code, std::string_view raw) {
     AppendCode(m_buffer, code);
+    size_t start = m_buffer.size();
+    m_buffer.append(raw);
     // A value never holds a line break of its own: it would end the group.
-    for (char c : raw) m_buffer += (c == '\n' || c == '\r') ? ' ' : c;
+    if (std::memchr(raw.data(), '\n', raw.size()) || std::memchr(raw.data(), '\r', raw.size())) {
+        for (size_t i = start; i < m_buffer.size(); ++i)
+            if (m_buffer[i] == '\n' || m_buffer[i] == '\r') m_buffer[i] = ' ';
+    }
     m_buffer += '\n';
     if (m_buffer.size() >= kFlushAt) Flush();
 }
@@ -39,9 +51,21 @@ bool GroupWriter::Flush() {
     return !m_failed;
 }
 
+std::string_view SharedTexts::Get(const void* key, const std::function<std::string()>& make) {
+    auto found = m_made.find(key);
+    if (found != m_made.end()) return found->second;
+    std::string made = make();
+    if (m_bytes + made.size() > kBudget) {
+        m_last = std::move(made);
+        return m_last;
+    }
+    m_bytes += made.size();
+    return m_made.emplace(key, std::move(made)).first->second;
+}
+
 ObjectWriterImpl::ObjectWriterImpl(GroupWriter& out, const AcDbObject& object, const FileState& file,
-                                   const TextCodec& codec)
-    : m_out(out), m_object(object), m_file(file), m_codec(codec), m_cursor(KeptOf(object)) {}
+                                   const TextCodec& codec, SharedTexts& shared)
+    : m_out(out), m_object(object), m_file(file), m_codec(codec), m_shared(shared), m_cursor(KeptOf(object)) {}
 
 void ObjectWriterImpl::FlushKept(bool all) {
     KeptGroup group;
@@ -77,12 +101,23 @@ void ObjectWriterImpl::Real(int code, double value) {
     Known(code, m_scratch);
 }
 
-void ObjectWriterImpl::Text(int code, std::string_view utf8) { Known(code, m_codec.Encode(utf8)); }
+void ObjectWriterImpl::Text(int code, std::string_view utf8) { Known(code, m_codec.Encode(utf8, m_encoded)); }
 
 namespace {
 // The bytes of the first 250 characters (not bytes): chunks never split a
 // character.
 size_t ChunkBytes(std::string_view text) {
+    constexpr size_t kChunk = 250;
+    if (text.size() <= kChunk) return text.size();
+    // Mostly ASCII, where bytes are characters: eight at a time.
+    uint64_t seen = 0;
+    for (size_t i = 0; i + 8 <= kChunk; i += 8) {
+        uint64_t word;
+        std::memcpy(&word, text.data() + i, 8);
+        seen |= word;
+    }
+    for (size_t i = kChunk / 8 * 8; i < kChunk; ++i) seen |= static_cast<unsigned char>(text[i]);
+    if ((seen & 0x8080808080808080ULL) == 0) return kChunk;
     size_t characters = 0, bytes = 0;
     while (bytes < text.size() && characters < 250) {
         auto c = static_cast<unsigned char>(text[bytes]);
@@ -94,8 +129,7 @@ size_t ChunkBytes(std::string_view text) {
 }  // namespace
 
 void ObjectWriterImpl::LongText(int chunkCode, int code, std::string_view utf8) {
-    std::string encoded = m_codec.Encode(utf8);
-    std::string_view rest = encoded;
+    std::string_view rest = m_codec.Encode(utf8, m_encoded);
     bool first = true;
     auto emit = [&](int groupCode, std::string_view part) {
         if (first) Known(groupCode, part);
@@ -114,8 +148,7 @@ void ObjectWriterImpl::LongText(int chunkCode, int code, std::string_view utf8) 
 }
 
 void ObjectWriterImpl::SplitText(int firstCode, int restCode, std::string_view utf8) {
-    std::string encoded = m_codec.Encode(utf8);
-    std::string_view rest = encoded;
+    std::string_view rest = m_codec.Encode(utf8, m_encoded);
     size_t bytes = ChunkBytes(rest);
     Known(firstCode, rest.substr(0, bytes));
     rest.remove_prefix(bytes);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "db/FileState.h"
 #include "db/KeptGroups.h"
@@ -28,9 +29,22 @@ private:
     bool m_failed = false;
 };
 
+// The file's forms of texts that objects share, made once a save.
+class SharedTexts {
+public:
+    std::string_view Get(const void* key, const std::function<std::string()>& make);
+
+private:
+    static constexpr size_t kBudget = 64u << 20;
+    std::unordered_map<const void*, std::string> m_made;
+    size_t m_bytes = 0;
+    std::string m_last;  // one made beyond the budget
+};
+
 class ObjectWriterImpl final : public ObjectWriter {
 public:
-    ObjectWriterImpl(GroupWriter& out, const AcDbObject& object, const FileState& file, const TextCodec& codec);
+    ObjectWriterImpl(GroupWriter& out, const AcDbObject& object, const FileState& file, const TextCodec& codec,
+                     SharedTexts& shared);
 
     // Groups the core writes: counted like the reader counted them.
     void Known(int code, std::string_view raw);
@@ -62,6 +76,9 @@ public:
     bool FromFile() const override;
     const FileState& File() const override { return m_file; }
     bool R12() const override { return m_file.IsR12(); }
+    std::string_view Shared(const void* key, const std::function<std::string()>& make) override {
+        return m_shared.Get(key, make);
+    }
 
 private:
     void Continued(int code, std::string_view raw) { m_out.Write(code, raw); }
@@ -70,9 +87,11 @@ private:
     const AcDbObject& m_object;
     const FileState& m_file;
     const TextCodec& m_codec;
+    SharedTexts& m_shared;
     KeptGroups::Cursor m_cursor;
     uint32_t m_count = 0;
     std::string m_scratch;
+    std::string m_encoded;  // a text in the file's code page, where it is not UTF-8
 };
 
 }  // namespace cadhost::dxf

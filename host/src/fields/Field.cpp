@@ -11,6 +11,7 @@
 #include "fields/FieldCodeText.h"
 #include "fields/FieldImpl.h"
 #include "fields/FieldResult.h"
+#include "fields/SharedValueText.h"
 
 ACRX_DXF_DEFINE_MEMBERS(AcDbField, AcDbObject, L"FIELD")
 
@@ -60,9 +61,12 @@ std::wstring Compose(const AcDbField& field, int flags, std::vector<const AcDbFi
             else body.append(m.code, i, place->second);
         } else {
             path.push_back(child.get());
-            body += (flags & AcDbField::kEvaluatedChildren)
-                        ? std::wstring(child.get()->getValue())
-                        : Compose(*child.get(), (flags | AcDbField::kAddMarkers) & ~AcDbField::kEscapeBackslash, path);
+            // A text of fields without a value of its own composes its
+            // children on this path, where a cycle ends.
+            if ((flags & AcDbField::kEvaluatedChildren) && cadhost::ShowsChildren(*child.get()))
+                body += Compose(*child.get(), AcDbField::kEvaluatedChildren, path);
+            else if (flags & AcDbField::kEvaluatedChildren) body += child.get()->getValue();
+            else body += Compose(*child.get(), (flags | AcDbField::kAddMarkers) & ~AcDbField::kEscapeBackslash, path);
             path.pop_back();
         }
         i += place->second;
@@ -304,6 +308,10 @@ Acad::ErrorStatus AcDbField::evaluate(int context, AcDbDatabase* db, int* numFou
 }
 
 Acad::ErrorStatus AcDbField::getValue(AcFdFieldValue& value) const {
+    if (cadhost::ShowsChildren(*this)) {
+        cadhost::SharedValueText::Set(value, cadhost::ComposedText(*this));
+        return Acad::eOk;
+    }
     if (!m_impl->value || m_impl->status != kSuccess) return Acad::eNotApplicable;
     value = *m_impl->value;
     return Acad::eOk;
@@ -311,14 +319,20 @@ Acad::ErrorStatus AcDbField::getValue(AcFdFieldValue& value) const {
 
 const ACHAR* AcDbField::getValue() const {
     const Impl& m = *m_impl;
-    m.valueText = kNoValue;
-    if (m.status == kSuccess && m.evaluatorText) {
-        m.valueText = *m.evaluatorText;
-    } else if (m.status == kSuccess && m.value) {
-        ACHAR* text = nullptr;
-        if (m.value->format(m.format.empty() ? nullptr : m.format.c_str(), text) && text) m.valueText = text;
-        if (text) acutDelBuffer(text);
+    if (m.status != kSuccess) return kNoValue;
+    if (m.evaluatorText) return m.evaluatorText->c_str();
+    if (cadhost::ShowsChildren(*this)) {
+        m.composedText = cadhost::ComposedText(*this);
+        return m.composedText->c_str();
     }
+    if (!m.value) return kNoValue;
+    // A text shows as it is, whatever the format: handed out from the value.
+    const ACHAR* own = nullptr;
+    if (m.value->get(own)) return own;
+    ACHAR* text = nullptr;
+    bool shown = m.value->format(m.format.empty() ? nullptr : m.format.c_str(), text) && text;
+    m.valueText = shown ? text : kNoValue;
+    if (text) acutDelBuffer(text);
     return m.valueText.c_str();
 }
 
@@ -433,3 +447,37 @@ Acad::ErrorStatus AcDbField::setInObject(AcDbObject* object, const ACHAR* proper
     }
     return PostChildren(*this, db);
 }
+
+namespace cadhost {
+
+bool ShowsChildren(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    return m.textField && m.status == AcDbField::kSuccess && !m.evaluatorText && !m.fileValue &&
+           (!m.value || !m.value->isValid());
+}
+
+std::shared_ptr<const std::wstring> ShownText(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    if (ShowsChildren(field)) return ComposedText(field);
+    if (m.status == AcDbField::kSuccess && !m.evaluatorText && m.value) {
+        if (std::shared_ptr<const std::wstring> text = SharedValueText::Of(*m.value)) return text;
+    }
+    return std::make_shared<const std::wstring>(field.getValue());
+}
+
+std::shared_ptr<const std::wstring> ComposedText(const AcDbField& field) {
+    const AcDbField::Impl& m = field.impl();
+    // A text that is one child's code and nothing else shows that child's
+    // text itself.
+    if (m.hasCode && m.children.size() == 1) {
+        auto place = ChildPlaceAt(m.code, 0);
+        if (place && place->first == 0 && place->second == m.code.size()) {
+            ChildAccess child(m.children[0], AcDb::kForRead);
+            if (child.get() && child.get() != &field && !ShowsChildren(*child.get())) return ShownText(*child.get());
+        }
+    }
+    std::vector<const AcDbField*> path{&field};
+    return std::make_shared<const std::wstring>(Compose(field, AcDbField::kEvaluatedChildren, path));
+}
+
+}  // namespace cadhost

@@ -175,7 +175,7 @@ Acad::ErrorStatus EvaluateTree(AcDbField& field, int context, AcDbDatabase* data
     m.status = AcDbField::kSuccess;
     m.errorCode = 0;
     m.errorMessage.clear();
-    m.value = result.value ? *result.value : AcFdFieldValue();
+    m.value = result.value ? std::move(*result.value) : AcFdFieldValue();
     m.evaluatorText.reset();
     ACHAR* text = nullptr;
     if (evaluator->format(&field, text) == Acad::eOk && text) m.evaluatorText = std::wstring(text);

@@ -4,6 +4,7 @@
 
 #include <dbfield.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -57,7 +58,10 @@ struct AcDbField::Impl {
         int state = 0;
         int stateAtRead = 0;
         std::wstring shown;
-        std::wstring shownAtRead;
+        std::shared_ptr<const std::wstring> shownAtRead;  // null: none (no success)
+        // A text of fields carries no value of its own in files; one that
+        // the file gave it is written again.
+        bool textValue = false;
         std::optional<int> cacheFlags;
         std::vector<std::pair<std::wstring, std::optional<int>>> itemFlags;
         // A field whose groups were not in the order files give them: its
@@ -73,15 +77,25 @@ struct AcDbField::Impl {
     };
     std::optional<FileForm> fileForm;
 
-    // Texts handed out by pointer; valid until the field next changes.
+    // Texts handed out by pointer; valid until the field next changes. A
+    // text value is handed out from the value itself.
     mutable std::wstring codeText;
     mutable std::wstring valueText;
+    mutable std::shared_ptr<const std::wstring> composedText;
 
     ~Impl();
     void DropChildren();
 };
 
 namespace cadhost {
+
+// The text a field shows (what getValue gives), shared with its value when
+// that is a text. A text of fields that succeeded without a value of its
+// own (as files give it) shows its children's values in their places.
+std::shared_ptr<const std::wstring> ShownText(const AcDbField& field);
+bool ShowsChildren(const AcDbField& field);
+// A text field's text with its children's values in their places.
+std::shared_ptr<const std::wstring> ComposedText(const AcDbField& field);
 
 // A child of a field, held or opened from the database for as long as the
 // guard lives.

@@ -7,11 +7,14 @@
 #include <dbmtext.h>
 #include <dbsymtb.h>
 
+#include <memory>
 #include <optional>
 #include <unordered_map>
 
 #include "db/DatabaseImpl.h"
+#include "core/Utf8.h"
 #include "fields/FieldCodeText.h"
+#include "fields/FieldImpl.h"
 #include "fields/FieldResult.h"
 
 namespace cadhost {
@@ -21,9 +24,13 @@ constexpr wchar_t kFieldsEntry[] = L"ACAD_FIELD";
 constexpr wchar_t kTextProperty[] = L"TEXT";
 
 struct Seen {
-    std::wstring value;
+    std::shared_ptr<const std::wstring> value;
     bool wanted = false;  // the context is one of its moments
 };
+
+bool SameText(const std::shared_ptr<const std::wstring>& a, const std::shared_ptr<const std::wstring>& b) {
+    return a == b || (a && b && *a == *b);
+}
 
 // The fields below a field (not the field itself), depth first, with their
 // shown values.
@@ -38,7 +45,7 @@ void Collect(AcDbObjectId id, int context, std::vector<AcDbObjectId>& order,
         if (field->getChild(i, child, AcDb::kForRead) != Acad::eOk || !child) continue;
         AcDbObjectId childId = child->objectId();
         if (!childId.isNull() && seen.find(childId.stub()) == seen.end()) {
-            seen[childId.stub()] = Seen{child->getValue(), (child->evaluationOption() & context) != 0};
+            seen[childId.stub()] = Seen{ShownText(*child), (child->evaluationOption() & context) != 0};
             order.push_back(childId);
             ids.push_back(childId);
         }
@@ -103,30 +110,49 @@ void ListFailure(const AcDbField& field, AcDbObjectId textId, FieldUpdateReport&
     acutDelBuffer(message);
 }
 
-void ShowInText(AcDbObjectId textId, const std::wstring& value, FieldUpdateReport& report) {
+// What texts show of the values of one pass, made once for each value
+// text however many texts show it (many fields may name one source); a
+// multiline text shares it with the others that show it.
+class ShownInTexts {
+public:
+    const std::shared_ptr<const std::string>& InMText(const std::shared_ptr<const std::wstring>& value) {
+        Entry& entry = Find(value);
+        if (!entry.mtext) entry.mtext = std::make_shared<const std::string>(ToUtf8(ShownInMText(*value)));
+        return entry.mtext;
+    }
+    const std::string& InText(const std::shared_ptr<const std::wstring>& value) {
+        Entry& entry = Find(value);
+        if (!entry.text) entry.text = ToUtf8(ShownInText(*value));
+        return *entry.text;
+    }
+
+private:
+    struct Entry {
+        std::shared_ptr<const std::wstring> value;  // keeps the key alive
+        std::shared_ptr<const std::string> mtext;
+        std::optional<std::string> text;
+    };
+    Entry& Find(const std::shared_ptr<const std::wstring>& value) {
+        Entry& entry = m_entries[value.get()];
+        entry.value = value;
+        return entry;
+    }
+    std::unordered_map<const std::wstring*, Entry> m_entries;
+};
+
+void ShowInText(AcDbObjectId textId, const std::shared_ptr<const std::wstring>& value, ShownInTexts& shownTexts,
+                FieldUpdateReport& report) {
     AcDbEntity* entity = nullptr;
-    if (acdbOpenAcDbEntity(entity, textId, AcDb::kForRead) != Acad::eOk) return;
-    std::wstring shown, current;
-    if (auto* mtext = AcDbMText::cast(entity)) {
-        ACHAR* contents = mtext->contents();
-        current = contents ? contents : L"";
-        acutDelBuffer(contents);
-        shown = ShownInMText(value);
-    } else if (auto* text = AcDbText::cast(entity)) {
-        ACHAR* contents = text->textString();
-        current = contents ? contents : L"";
-        acutDelBuffer(contents);
-        shown = ShownInText(value);
-    } else {
+    if (!value || acdbOpenAcDbEntity(entity, textId, AcDb::kForRead) != Acad::eOk) return;
+    bool changes = false;
+    if (auto* mtext = AcDbMText::cast(entity)) changes = *shownTexts.InMText(value) != mtext->contentsUtf8();
+    else if (auto* text = AcDbText::cast(entity)) changes = shownTexts.InText(value) != text->textUtf8();
+    if (!changes || entity->upgradeOpen() != Acad::eOk) {
         entity->close();
         return;
     }
-    if (shown == current || entity->upgradeOpen() != Acad::eOk) {
-        entity->close();
-        return;
-    }
-    if (auto* mtext = AcDbMText::cast(entity)) mtext->setContents(shown.c_str());
-    else AcDbText::cast(entity)->setTextString(shown.c_str());
+    if (auto* mtext = AcDbMText::cast(entity)) mtext->setContentsUtf8(shownTexts.InMText(value));
+    else AcDbText::cast(entity)->setTextUtf8(shownTexts.InText(value));
     entity->close();
     ++report.textsChanged;
 }
@@ -175,6 +201,7 @@ private:
 FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
     FieldUpdateReport report;
     EvaluationPass pass(context, database);
+    ShownInTexts shownTexts;
     for (AcDbObjectId textId : Entities(database)) {
         auto fields = FieldsOf(textId);
         if (fields.empty()) continue;
@@ -192,7 +219,7 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
             }
             bool topIsText = top->isTextField();
             if (!topIsText) {
-                before[topId.stub()] = Seen{top->getValue(), (top->evaluationOption() & context) != 0};
+                before[topId.stub()] = Seen{ShownText(*top), (top->evaluationOption() & context) != 0};
                 order.push_back(topId);
             }
             top->close();
@@ -219,11 +246,11 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
             }
 
             bool shows = false;
-            std::wstring value;
+            std::shared_ptr<const std::wstring> value;
             if (acdbOpenObject(top, topId, AcDb::kForWrite) == Acad::eOk) {
                 bool wanted = (top->evaluationOption() & context) != 0 || (context & AcDbField::kPreview);
                 top->evaluate(context, &database);
-                value = top->getValue();
+                value = ShownText(*top);
                 shows = wanted && top->evaluationStatus() == AcDbField::kSuccess;
                 // A text of fields that fails (a code that cannot be read)
                 // is listed, though it is not counted among the evaluated.
@@ -244,12 +271,12 @@ FieldUpdateReport UpdateFields(AcDbDatabase& database, int context) {
                 if (acdbOpenObject(field, id, AcDb::kForRead) != Acad::eOk) continue;
                 if (!field->isTextField()) {
                     ++report.evaluated;
-                    if (was.value != field->getValue()) ++report.changed;
+                    if (!SameText(was.value, ShownText(*field))) ++report.changed;
                 }
                 ListFailure(*field, textId, report);
                 field->close();
             }
-            if (shows && property == kTextProperty) ShowInText(textId, value, report);
+            if (shows && property == kTextProperty) ShowInText(textId, value, shownTexts, report);
         }
     }
     return report;

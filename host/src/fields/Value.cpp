@@ -2,6 +2,8 @@
 
 #include <cwchar>
 
+#include "fields/SharedValueText.h"
+
 ACRX_DEFINE_MEMBERS(AcValue, AcRxObject)
 ACRX_DEFINE_MEMBERS(AcFdFieldValue, AcValue)
 
@@ -12,9 +14,11 @@ bool AcValue::reset() {
 
 bool AcValue::set(const ACHAR* text) {
     if (!text) return false;
+    // Made before the reset: the text may be this value's own.
+    auto made = std::make_shared<const std::wstring>(text);
     reset();
     m_type = kString;
-    m_text = text;
+    m_text = std::move(made);
     return true;
 }
 
@@ -55,14 +59,15 @@ bool AcValue::set(const AcDbObjectId& id) {
 
 bool AcValue::get(const ACHAR*& text) const {
     if (m_type != kString) return false;
-    text = m_text.c_str();
+    text = m_text ? m_text->c_str() : L"";
     return true;
 }
 
 bool AcValue::get(ACHAR*& text) const {
     if (m_type != kString) return false;
-    text = new ACHAR[m_text.size() + 1];
-    std::wmemcpy(text, m_text.c_str(), m_text.size() + 1);
+    const std::wstring& own = m_text ? *m_text : std::wstring();
+    text = new ACHAR[own.size() + 1];
+    std::wmemcpy(text, own.c_str(), own.size() + 1);
     return true;
 }
 
@@ -98,6 +103,22 @@ bool AcValue::get(AcDbObjectId& id) const {
 
 bool AcValue::operator==(const AcValue& other) const {
     return m_type == other.m_type && m_long == other.m_long && m_real[0] == other.m_real[0] &&
-           m_real[1] == other.m_real[1] && m_real[2] == other.m_real[2] && m_text == other.m_text &&
+           m_real[1] == other.m_real[1] && m_real[2] == other.m_real[2] &&
+           (m_text == other.m_text || (m_text && other.m_text && *m_text == *other.m_text)) &&
            m_id == other.m_id;
 }
+
+namespace cadhost {
+
+std::shared_ptr<const std::wstring> SharedValueText::Of(const AcValue& value) {
+    return value.m_type == AcValue::kString ? value.m_text : nullptr;
+}
+
+void SharedValueText::Set(AcValue& value, std::shared_ptr<const std::wstring> text) {
+    if (!text) text = std::make_shared<const std::wstring>();
+    value.reset();
+    value.m_type = AcValue::kString;
+    value.m_text = std::move(text);
+}
+
+}  // namespace cadhost

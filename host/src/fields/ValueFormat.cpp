@@ -36,7 +36,9 @@ bool AcValue::format(const ACHAR* formatText, ACHAR*& text) const {
     switch (m_type) {
     case kLong: shown = cadhost::format::FormatWhole(m_long, format, WorkingDrawingUnits()); break;
     case kDouble: shown = cadhost::format::FormatReal(m_real[0], format, WorkingDrawingUnits()); break;
-    case kString: shown = m_text; break;
+    case kString:
+        if (m_text) shown = *m_text;
+        break;
     case kPoint: shown = cadhost::format::FormatPoint(m_real, 2, format, WorkingDrawingUnits()); break;
     case k3dPoint: shown = cadhost::format::FormatPoint(m_real, 3, format, WorkingDrawingUnits()); break;
     case kObjectId:

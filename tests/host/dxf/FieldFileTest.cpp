@@ -217,6 +217,176 @@ TEST_F(FieldFileTest, FieldsMadeInTheSessionReadBackWithEveryKindOfValue) {
     host().fieldEngine().unregisterEvaluatorLoader(&loader);
 }
 
+// The groups of an object's cached value: from the ACFD_FIELD_VALUE key to
+// the end marker.
+std::vector<DxfGroup> CacheGroups(const std::vector<DxfGroup>& object) {
+    std::vector<DxfGroup> out;
+    bool in = false;
+    for (const DxfGroup& group : object) {
+        if (group.code == 7 && group.value == "ACFD_FIELD_VALUE") in = true;
+        if (!in) continue;
+        out.push_back(group);
+        if (group.code == 304) break;
+    }
+    return out;
+}
+
+std::string GroupsText(const std::vector<DxfGroup>& groups) {
+    std::string out;
+    for (const DxfGroup& group : groups) out += std::to_string(group.code) + "=" + group.value + ";";
+    return out;
+}
+
+TEST_F(FieldFileTest, ATextOfFieldsThatShowsItsChildrenIsFiledWithoutAValueOfItsOwn) {
+    qmtest::ScriptedEvaluator probe(L"Probe", qmtest::Succeeds(L"two\nlines"));
+    qmtest::ScriptedLoader loader;
+    loader.Add(&probe);
+    ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+    AcDbObjectId alone = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"%<\\Probe a>%");
+    AcDbObjectId among = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 5, 0),
+                                              L"Load: %<\\Probe b>% and %<\\Probe c>%.");
+    AcDbObjectId fields[] = {qmtest::TextFieldOf(alone), qmtest::ChildFieldOf(alone), qmtest::TextFieldOf(among),
+                             qmtest::ChildFieldOf(among, 0), qmtest::ChildFieldOf(among, 1)};
+    std::vector<std::wstring> before;
+    for (AcDbObjectId id : fields) {
+        ASSERT_FALSE(id.isNull());
+        before.push_back(DescribeField(id));
+    }
+    EXPECT_NE(before[2].find(L"value Load: two\nlines and two\nlines."), std::wstring::npos) << before[2];
+    std::vector<std::string> handles;
+    for (AcDbObjectId id : fields) handles.push_back(cadhost::ToUtf8(HandleText(id)));
+
+    std::filesystem::path first = Save("texts.dxf");
+    auto objects = qmtest::DxfObjectsByHandle(first);
+    // The texts' fields: no value, no text shown, no cache in their state.
+    const std::string none = "7=ACFD_FIELD_VALUE;93=0;90=0;94=0;300=;302=;304=ACVALUE_END;";
+    for (int i : {0, 2}) {
+        EXPECT_EQ(GroupsText(CacheGroups(objects.at(handles[i]))), none) << handles[i];
+        for (const DxfGroup& group : objects.at(handles[i]))
+            if (group.code == 94) {
+                EXPECT_EQ(std::stoi(group.value) & (AcDbField::kHasCache | AcDbField::kHasFormattedString), 0);
+                break;
+            }
+    }
+    // The value itself, once, without a shown text that repeats it.
+    EXPECT_EQ(GroupsText(CacheGroups(objects.at(handles[1]))),
+              "7=ACFD_FIELD_VALUE;93=0;90=4;1=two^Jlines;94=0;300=;302=;304=ACVALUE_END;");
+
+    Open(first);
+    for (size_t i = 0; i < before.size(); ++i) EXPECT_EQ(DescribeField(Id(handles[i])), before[i]) << handles[i];
+    std::filesystem::path second = Save("again.dxf");
+    EXPECT_EQ(qmtest::ReadText(first), qmtest::ReadText(second));
+    host().fieldEngine().unregisterEvaluatorLoader(&loader);
+}
+
+TEST_F(FieldFileTest, ATextValueShapedByItsEvaluatorKeepsItsShownText) {
+    qmtest::ScriptedEvaluator probe(L"Probe", qmtest::Succeeds(L"raw"));
+    probe.ownText = L"shaped";
+    qmtest::ScriptedLoader loader;
+    loader.Add(&probe);
+    ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+    AcDbObjectId text = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 0, 0), L"%<\\Probe a>%");
+    AcDbObjectId child = qmtest::ChildFieldOf(text);
+    std::wstring described = DescribeField(child);
+    EXPECT_NE(described.find(L"value shaped"), std::wstring::npos) << described;
+    std::filesystem::path first = Save("shaped.dxf");
+    auto objects = qmtest::DxfObjectsByHandle(first);
+    EXPECT_EQ(GroupsText(CacheGroups(objects.at(cadhost::ToUtf8(HandleText(child))))),
+              "7=ACFD_FIELD_VALUE;93=0;90=4;1=raw;94=0;300=;302=shaped;304=ACVALUE_END;");
+    std::string handle = cadhost::ToUtf8(HandleText(child));
+    host().fieldEngine().unregisterEvaluatorLoader(&loader);
+    Open(first);
+    EXPECT_EQ(DescribeField(Id(handle)), described);
+}
+
+TEST_F(FieldFileTest, LongValuesThatManyFieldsShowAreWrittenForEachAndReadBackApart) {
+    std::wstring same = L"First line \u00E9\u20AC ^ caret\t", other = L"Other \u0416\t";
+    while (same.size() < 700) same += same;
+    while (other.size() < 700) other += other;
+    AcValue sameValue(same.c_str()), otherValue(other.c_str());
+    qmtest::ScriptedEvaluator probe(L"Probe", [&](AcDbField* field, int, AcFdFieldResult* result) {
+        std::wstring code = field->getFieldCode(AcDbField::kFieldCode);
+        // One value handed to every field that names "same", as an
+        // evaluator hands out a file it read once.
+        result->setFieldValue(code.find(L"same") != std::wstring::npos ? &sameValue : &otherValue);
+        result->setEvaluationStatus(AcDbField::kSuccess);
+        return Acad::eOk;
+    });
+    qmtest::ScriptedLoader loader;
+    loader.Add(&probe);
+    ASSERT_EQ(host().fieldEngine().registerEvaluatorLoader(&loader), Acad::eOk);
+    const wchar_t* codes[] = {L"%<\\Probe same>%", L"%<\\Probe other>%", L"%<\\Probe same>%", L"%<\\Probe same>%"};
+    std::vector<std::string> texts, children;
+    std::vector<std::wstring> contents, described;
+    for (int i = 0; i < 4; ++i) {
+        AcDbObjectId text = qmtest::AddFieldText(db()->modelSpaceId(), AcGePoint3d(0, 5.0 * i, 0), codes[i]);
+        texts.push_back(cadhost::ToUtf8(HandleText(text)));
+        children.push_back(cadhost::ToUtf8(HandleText(qmtest::ChildFieldOf(text))));
+        contents.push_back(qmtest::MTextContents(text));
+        described.push_back(DescribeField(qmtest::ChildFieldOf(text)));
+    }
+    EXPECT_NE(described[0].find(L"value " + same), std::wstring::npos);
+    EXPECT_NE(described[1].find(L"value " + other), std::wstring::npos);
+    host().fieldEngine().unregisterEvaluatorLoader(&loader);
+
+    Open(Save("shared.dxf"));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(qmtest::MTextContents(Id(texts[i])), contents[i]) << i;
+        EXPECT_EQ(DescribeField(Id(children[i])), described[i]) << i;
+    }
+    // What one text or field holds is its own, however alike they came.
+    {
+        AcDbObjectPointer<AcDbMText> text(Id(texts[2]), AcDb::kForWrite);
+        ASSERT_EQ(text.openStatus(), Acad::eOk);
+        text->setContents(L"changed");
+        AcDbObjectPointer<AcDbField> field(Id(children[3]), AcDb::kForWrite);
+        ASSERT_EQ(field.openStatus(), Acad::eOk);
+        AcFdFieldValue item(L"an item");
+        field->setData(L"note", &item);
+    }
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[0])), contents[0]);
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[3])), contents[3]);
+    EXPECT_EQ(DescribeField(Id(children[0])), described[0]);
+    Open(Save("changed.dxf"));
+    EXPECT_EQ(qmtest::MTextContents(Id(texts[2])), L"changed");
+    for (int i : {0, 1, 3}) EXPECT_EQ(qmtest::MTextContents(Id(texts[i])), contents[i]) << i;
+    for (int i : {0, 1, 2}) EXPECT_EQ(DescribeField(Id(children[i])), described[i]) << i;
+    std::wstring noted = described[3];
+    noted.insert(noted.find(L"\nchildren"), L"\ndata note = 4:\"an item\"");
+    EXPECT_EQ(DescribeField(Id(children[3])), noted);
+}
+
+// The text 32 of tablecell_notables.dxf holds the field 35 (_text), whose
+// one child is the field 36.
+TEST_F(FieldFileTest, TextsOfFieldsInACycleWithoutValuesShowNoValueAndSaveAsTheyCame) {
+    std::string text = qmtest::ReadText(FixturePath("tablecell_notables.dxf"));
+    auto replace = [&text](const std::string& from, const std::string& to) {
+        size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        text.replace(at, from.size(), to);
+    };
+    const std::string cached = " 90\n4\n  1\nPump\n 94\n0\n300\n\n302\nPump\n";
+    const std::string none = " 90\n0\n 94\n0\n300\n\n302\n\n";
+    replace(cached, none);  // the text field's
+    replace("  1\nTableCell\n  2\n\\TableCell Table(<3C>).$B$2\n 90\n0\n", "  1\n_text\n  2\n%<\\_FldIdx 0>%\n 90\n1\n360\n35\n");
+    replace(cached, none);  // the child's, a text field now whose child is the first
+    std::filesystem::path path = m_folder.path() / "cycle.dxf";
+    qmtest::WriteText(path, text);
+    Open(path);
+    for (const char* handle : {"35", "36"}) {
+        AcDbObjectPointer<AcDbField> field(Id(handle), AcDb::kForRead);
+        ASSERT_EQ(field.openStatus(), Acad::eOk);
+        EXPECT_TRUE(field->isTextField());
+        EXPECT_STREQ(field->getValue(), L"####") << handle;
+        AcFdFieldValue value;
+        ASSERT_EQ(field->getValue(value), Acad::eOk);
+        const ACHAR* shown = nullptr;
+        ASSERT_TRUE(value.get(shown));
+        EXPECT_STREQ(shown, L"####");
+    }
+    EXPECT_EQ(qmtest::CompareDxf(path, Save("cycle_saved.dxf")), "");
+}
+
 TEST_F(FieldFileTest, AFieldThatTheHostCannotReadIsKeptAsItCame) {
     // A code that names an object by id, as other evaluators write them, and
     // a date value, which the host's values do not hold.

@@ -80,6 +80,20 @@ TEST(DxfTextTest, CodePagesAndEscapes) {
     EXPECT_EQ(cyrillic.Encode("\xD0\x96 \xC3\xB6"), "\xC6 \\U+00F6");
 }
 
+TEST(DxfTextTest, TextsThatGoToTheFileAsTheyAreAreNotCopied) {
+    TextCodec utf8(true, "ANSI_1252"), latin(false, "ANSI_1252");
+    std::string scratch;
+    std::string ascii(1000, 'a'), accented = "Gr\xC3\xB6\xC3\x9F" "e";
+    EXPECT_EQ(utf8.Encode(accented, scratch).data(), accented.data());
+    EXPECT_EQ(latin.Encode(ascii, scratch).data(), ascii.data());
+    std::string_view encoded = latin.Encode(accented, scratch);
+    EXPECT_EQ(encoded, "Gr\xF6\xDF" "e");
+    EXPECT_EQ(encoded.data(), scratch.data());
+    // A byte beyond ASCII anywhere, also past the first eight.
+    std::string late = std::string(13, 'x') + "\xC3\xB6";
+    EXPECT_EQ(latin.Encode(late, scratch), std::string(13, 'x') + "\xF6");
+}
+
 std::vector<Group> ReadAll(const std::string& text, std::vector<std::string>& values) {
     std::FILE* file = fmemopen(const_cast<char*>(text.data()), text.size(), "rb");
     GroupReader reader(file);

@@ -154,3 +154,35 @@ TEST_F(ValueFormatTest, AValueWithoutDataHasNoText) {
 }
 
 }  // namespace
+
+namespace {
+
+// Copies of a text value share its text: what one copy is set to later
+// never reaches the others, and a value set to its own text keeps it.
+TEST(ValueText, CopiesKeepTheirTextWhateverBecomesOfTheOthers) {
+    std::wstring longText(5000, L'n');
+    AcValue original(longText.c_str());
+    AcValue copy = original;
+    AcValue movedFrom = original;
+    AcValue moved = std::move(movedFrom);
+    original.set(L"changed");
+    const ACHAR* text = nullptr;
+    ASSERT_TRUE(copy.get(text));
+    EXPECT_EQ(std::wstring(text), longText);
+    ASSERT_TRUE(moved.get(text));
+    EXPECT_EQ(std::wstring(text), longText);
+    EXPECT_TRUE(copy == moved);
+    EXPECT_FALSE(copy == original);
+    EXPECT_TRUE(copy == AcValue(longText.c_str()));  // equal texts, held apart
+
+    copy.get(text);
+    ASSERT_TRUE(copy.set(text));  // its own text: kept, not lost on the way
+    ASSERT_TRUE(copy.get(text));
+    EXPECT_EQ(std::wstring(text), longText);
+    moved.set(2);
+    ASSERT_TRUE(copy.get(text));
+    EXPECT_EQ(std::wstring(text), longText);
+    EXPECT_FALSE(moved.get(text));
+}
+
+}  // namespace
