@@ -3,9 +3,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "acdb.h"
+#include "dbcompact.h"
 #include "dbmain.h"
 #include "gepnt2d.h"
 
@@ -179,10 +181,12 @@ public:
 
     // A new copy of the text, freed with acutDelBuffer.
     ACHAR* textString() const;
+    // The text itself, valid while the object is open and unchanged.
+    const ACHAR* textStringConst() const { return m_text.c_str(); }
     Acad::ErrorStatus setTextString(const ACHAR* text);
-    // The host's own: the text as UTF-8, as the drawing keeps it.
-    const std::string& textUtf8() const { return m_text; }
-    void setTextUtf8(std::string text) { m_text = std::move(text); }
+    // The host's own: the text as UTF-8, as files keep it.
+    std::string textUtf8() const;
+    void setTextUtf8(std::string_view text);
     // The host's own: the points in the plane's coordinates, as files keep
     // them.
     AcGePoint3d planePosition() const { return m_position; }
@@ -207,7 +211,7 @@ private:
     double m_height = 0;
     double m_rotation = 0;  // degrees
     double m_widthFactor = 1;
-    std::string m_text;
+    cadhost_detail::ShortText m_text;
     Adesk::UInt8 m_horizontal = 0;
     Adesk::UInt8 m_vertical = 0;
 };
@@ -224,6 +228,9 @@ public:
     // New copies, freed with acutDelBuffer.
     ACHAR* tag() const;
     ACHAR* prompt() const;
+    // The texts themselves, valid while the object is open and unchanged.
+    const ACHAR* tagConst() const { return m_tag.c_str(); }
+    const ACHAR* promptConst() const { return m_prompt.c_str(); }
     Acad::ErrorStatus setTag(const ACHAR* tag);
     Acad::ErrorStatus setPrompt(const ACHAR* prompt);
     bool isInvisible() const { return (m_flags & 1) != 0; }
@@ -238,14 +245,14 @@ public:
     // 2 constant, 4 verifiable, 8 preset) and the texts as UTF-8.
     Adesk::Int16 flags() const { return m_flags; }
     void setFlags(Adesk::Int16 flags) { m_flags = flags; }
-    const std::string& tagUtf8() const { return m_tag; }
-    const std::string& promptUtf8() const { return m_prompt; }
-    void setTagUtf8(std::string tag) { m_tag = std::move(tag); }
-    void setPromptUtf8(std::string prompt) { m_prompt = std::move(prompt); }
+    std::string tagUtf8() const;
+    std::string promptUtf8() const;
+    void setTagUtf8(std::string_view tag);
+    void setPromptUtf8(std::string_view prompt);
 
 private:
-    std::string m_tag;
-    std::string m_prompt;
+    cadhost_detail::ShortText m_tag;
+    cadhost_detail::ShortText m_prompt;
     Adesk::Int16 m_flags = 0;
 };
 
@@ -260,6 +267,8 @@ public:
 
     // A new copy, freed with acutDelBuffer.
     ACHAR* tag() const;
+    // The tag itself, valid while the object is open and unchanged.
+    const ACHAR* tagConst() const { return m_tag.c_str(); }
     Acad::ErrorStatus setTag(const ACHAR* tag);
     bool isInvisible() const { return (m_flags & 1) != 0; }
     bool isConstant() const { return (m_flags & 2) != 0; }
@@ -272,13 +281,13 @@ public:
                                             const AcGeMatrix3d& blockTransform);
     Adesk::Int16 flags() const { return m_flags; }
     void setFlags(Adesk::Int16 flags) { m_flags = flags; }
-    const std::string& tagUtf8() const { return m_tag; }
-    void setTagUtf8(std::string tag) { m_tag = std::move(tag); }
+    std::string tagUtf8() const;
+    void setTagUtf8(std::string_view tag);
 
     void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const override;
 
 private:
-    std::string m_tag;
+    cadhost_detail::ShortText m_tag;
     Adesk::Int16 m_flags = 0;
 };
 
@@ -286,7 +295,7 @@ private:
 class CADHOST_API AcDbObjectIterator {
 public:
     // Starts at the first object that is not erased.
-    explicit AcDbObjectIterator(std::vector<AcDbObjectId> ids) : m_ids(std::move(ids)) { skipErasedForward(); }
+    explicit AcDbObjectIterator(const cadhost_detail::IdList& ids) : m_ids(ids) { skipErasedForward(); }
     virtual ~AcDbObjectIterator() = default;
     bool done() const { return m_index >= m_ids.size(); }
     void step(bool backwards = false, bool skipErased = true);
@@ -298,7 +307,7 @@ public:
 
 private:
     void skipErasedForward();
-    std::vector<AcDbObjectId> m_ids;
+    cadhost_detail::IdList m_ids;
     size_t m_index = 0;
 };
 
@@ -332,7 +341,7 @@ public:
     Acad::ErrorStatus appendAttribute(AcDbObjectId& id, AcDbAttribute* attribute);
     // A new iterator over the attributes, deleted by the caller.
     AcDbObjectIterator* attributeIterator() const;
-    const std::vector<AcDbObjectId>& attributeIds() const { return m_attributes; }
+    const cadhost_detail::IdList& attributeIds() const { return m_attributes; }
     // The host's own: the end marker that files write after the attributes.
     AcDbObjectId sequenceEnd() const { return m_sequenceEnd; }
     void setSequenceEnd(AcDbObjectId id) { m_sequenceEnd = id; }
@@ -351,11 +360,11 @@ public:
 
 private:
     AcDbObjectId m_block;
+    cadhost_detail::IdList m_attributes;
     AcGePoint3d m_position;  // in the plane's coordinates
     AcGeScale3d m_scale;
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
     double m_rotation = 0;  // degrees
-    std::vector<AcDbObjectId> m_attributes;
     AcDbObjectId m_sequenceEnd;
 };
 

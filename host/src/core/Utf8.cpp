@@ -109,6 +109,12 @@ size_t FromUtf8(std::string_view text, wchar_t* out) {
     return written;
 }
 
+std::wstring ValidText(std::wstring_view text) {
+    std::wstring out(text);
+    for (wchar_t& wc : out) wc = static_cast<wchar_t>(Valid(wc));
+    return out;
+}
+
 std::wstring FromUtf8(std::string_view text) {
     std::wstring out(text.size(), L'\0');
     out.resize(FromUtf8(text, out.data()));

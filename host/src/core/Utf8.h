@@ -14,5 +14,8 @@ std::wstring FromUtf8(std::string_view text);
 // characters than bytes come out); answers how many were written, without a
 // terminating zero.
 size_t FromUtf8(std::string_view text, wchar_t* out);
+// Wide text as a round trip through UTF-8 leaves it: what is no character
+// (a surrogate, a value beyond U+10FFFF) becomes U+FFFD.
+std::wstring ValidText(std::wstring_view text);
 
 }  // namespace cadhost

@@ -15,9 +15,10 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbMText, AcDbEntity, L"MTEXT")
 
 namespace {
 
-ACHAR* NewText(const std::wstring& text) {
+ACHAR* NewText(std::wstring_view text) {
     auto* copy = new ACHAR[text.size() + 1];
-    std::wmemcpy(copy, text.c_str(), text.size() + 1);
+    std::wmemcpy(copy, text.data(), text.size());
+    copy[text.size()] = L'\0';
     return copy;
 }
 
@@ -37,15 +38,6 @@ AcGeMatrix3d WorldToPlane(const AcGeVector3d& normal) {
     return normal == AcGeVector3d::kZAxis ? AcGeMatrix3d::kIdentity : AcGeMatrix3d::worldToPlane(normal);
 }
 
-// Text is measured as if every character were as wide as it is high: the
-// host draws no glyphs, and extents only decide window selection.
-size_t CharacterCount(std::string_view utf8) {
-    size_t count = 0;
-    for (unsigned char c : utf8)
-        if ((c & 0xC0) != 0x80) ++count;
-    return count;
-}
-
 }  // namespace
 
 // Text -----------------------------------------------------------------
@@ -54,7 +46,7 @@ AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId,
     : m_position(position),
       m_height(height),
       m_rotation(cadhost::ToDegrees(rotation)),
-      m_text(cadhost::ToUtf8(text ? text : L"")) {}
+      m_text(cadhost::ValidText(text ? text : L"")) {}
 
 double AcDbText::rotation() const { return cadhost::ToRadians(m_rotation); }
 
@@ -120,17 +112,23 @@ Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
     return Acad::eOk;
 }
 
-ACHAR* AcDbText::textString() const { return NewTextFromUtf8(m_text); }
+ACHAR* AcDbText::textString() const { return NewText(m_text); }
+
+std::string AcDbText::textUtf8() const { return cadhost::ToUtf8(m_text); }
+
+void AcDbText::setTextUtf8(std::string_view text) { m_text = cadhost::FromUtf8(text); }
 
 Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!text) return Acad::eInvalidInput;
-    m_text = cadhost::ToUtf8(text);
+    m_text = cadhost::ValidText(text);
     return Acad::eOk;
 }
 
 void AcDbText::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int) const {
-    double width = static_cast<double>(CharacterCount(m_text)) * m_height * m_widthFactor;
+    // Text is measured as if every character were as wide as it is high:
+    // the host draws no glyphs, and extents only decide window selection.
+    double width = static_cast<double>(m_text.size()) * m_height * m_widthFactor;
     double height = m_height;
     // The box in the text's own frame: x along the baseline from the start.
     AcGePoint3d anchor = m_position;
@@ -162,24 +160,28 @@ void AcDbText::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform,
 AcDbAttributeDefinition::AcDbAttributeDefinition(const AcGePoint3d& position, const ACHAR* text, const ACHAR* tag,
                                                  const ACHAR* prompt, AcDbObjectId style)
     : AcDbText(position, text, style),
-      m_tag(cadhost::ToUtf8(tag ? tag : L"")),
-      m_prompt(cadhost::ToUtf8(prompt ? prompt : L"")) {}
+      m_tag(cadhost::ValidText(tag ? tag : L"")),
+      m_prompt(cadhost::ValidText(prompt ? prompt : L"")) {}
 
 AcDbAttributeDefinition::~AcDbAttributeDefinition() = default;
 
-ACHAR* AcDbAttributeDefinition::tag() const { return NewTextFromUtf8(m_tag); }
-ACHAR* AcDbAttributeDefinition::prompt() const { return NewTextFromUtf8(m_prompt); }
+ACHAR* AcDbAttributeDefinition::tag() const { return NewText(m_tag); }
+ACHAR* AcDbAttributeDefinition::prompt() const { return NewText(m_prompt); }
+std::string AcDbAttributeDefinition::tagUtf8() const { return cadhost::ToUtf8(m_tag); }
+std::string AcDbAttributeDefinition::promptUtf8() const { return cadhost::ToUtf8(m_prompt); }
+void AcDbAttributeDefinition::setTagUtf8(std::string_view tag) { m_tag = cadhost::FromUtf8(tag); }
+void AcDbAttributeDefinition::setPromptUtf8(std::string_view prompt) { m_prompt = cadhost::FromUtf8(prompt); }
 
 Acad::ErrorStatus AcDbAttributeDefinition::setTag(const ACHAR* tag) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!tag || !*tag || std::wcschr(tag, L' ')) return Acad::eInvalidInput;
-    m_tag = cadhost::ToUtf8(tag);
+    m_tag = cadhost::ValidText(tag);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbAttributeDefinition::setPrompt(const ACHAR* prompt) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    m_prompt = cadhost::ToUtf8(prompt ? prompt : L"");
+    m_prompt = cadhost::ValidText(prompt ? prompt : L"");
     return Acad::eOk;
 }
 
@@ -199,16 +201,18 @@ Acad::ErrorStatus AcDbAttributeDefinition::setPreset(bool value) { return SetBit
 // Attributes ------------------------------------------------------------
 
 AcDbAttribute::AcDbAttribute(const AcGePoint3d& position, const ACHAR* text, const ACHAR* tag, AcDbObjectId style)
-    : AcDbText(position, text, style), m_tag(cadhost::ToUtf8(tag ? tag : L"")) {}
+    : AcDbText(position, text, style), m_tag(cadhost::ValidText(tag ? tag : L"")) {}
 
 AcDbAttribute::~AcDbAttribute() = default;
 
-ACHAR* AcDbAttribute::tag() const { return NewTextFromUtf8(m_tag); }
+ACHAR* AcDbAttribute::tag() const { return NewText(m_tag); }
+std::string AcDbAttribute::tagUtf8() const { return cadhost::ToUtf8(m_tag); }
+void AcDbAttribute::setTagUtf8(std::string_view tag) { m_tag = cadhost::FromUtf8(tag); }
 
 Acad::ErrorStatus AcDbAttribute::setTag(const ACHAR* tag) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!tag || !*tag || std::wcschr(tag, L' ')) return Acad::eInvalidInput;
-    m_tag = cadhost::ToUtf8(tag);
+    m_tag = cadhost::ValidText(tag);
     return Acad::eOk;
 }
 
@@ -218,8 +222,8 @@ Acad::ErrorStatus AcDbAttribute::setAttributeFromBlock(const AcDbAttributeDefini
                                                        const AcGeMatrix3d& blockTransform) {
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (!definition) return Acad::eNullObjectPointer;
-    setTextUtf8(definition->textUtf8());
-    m_tag = definition->tagUtf8();
+    setTextString(definition->textStringConst());
+    m_tag = definition->tagConst();
     m_flags = definition->flags();
     AcGeVector3d normal = definition->normal();
     AcGeMatrix3d placement = blockTransform;

@@ -303,6 +303,63 @@ TEST_F(SaveTest, TextsKeepTheirCharactersInEveryRelease) {
     EXPECT_EQ(layer.openStatus(), Acad::eOk);
 }
 
+TEST_F(SaveTest, AttributeTextsOfEveryLengthReadBack) {
+    // Around the few characters that an object keeps inside itself, and
+    // beyond ASCII; tags hold no blank.
+    const std::wstring letters = L"S\u00D6\u20AC\U0001F600IZEABCDEFGHIJKLMNOPQRSTUVW";
+    std::vector<std::wstring> texts;
+    for (size_t length = 1; length <= 20; ++length) texts.push_back(letters.substr(0, length));
+    texts.push_back(std::wstring(400, L'L'));
+    AcDbObjectId block = AddBlock(L"LENGTHS");
+    for (const std::wstring& text : texts)
+        Append(block, new AcDbAttributeDefinition(AcGePoint3d::kOrigin, text.c_str(), text.c_str(),
+                                                  (text + L" prompt").c_str()));
+    AcDbObjectId referenceId = Append(db()->modelSpaceId(), new AcDbBlockReference(AcGePoint3d::kOrigin, block));
+    {
+        AcDbObjectPointer<AcDbBlockReference> open(referenceId, AcDb::kForWrite);
+        for (const std::wstring& text : texts) {
+            auto* attribute = new AcDbAttribute(AcGePoint3d::kOrigin, (L"value " + text).c_str(), text.c_str());
+            EXPECT_EQ(open->appendAttribute(attribute), Acad::eOk);
+            attribute->close();
+        }
+    }
+    AcDbHandle referenceHandle = referenceId.handle();
+    SaveAndOpen("lengths.dxf");
+
+    AcDbObjectPointer<AcDbBlockReference> open(ByHandle(referenceHandle));
+    ASSERT_EQ(open.openStatus(), Acad::eOk);
+    std::unique_ptr<AcDbObjectIterator> it(open->attributeIterator());
+    std::vector<std::wstring> values, copies;
+    for (; !it->done(); it->step()) {
+        AcDbObjectPointer<AcDbAttribute> attribute(it->objectId());
+        ASSERT_EQ(attribute.openStatus(), Acad::eOk);
+        values.push_back(std::wstring(attribute->tagConst()) + L"=" + attribute->textStringConst());
+        copies.push_back(Take(attribute->tag()) + L"=" + Take(attribute->textString()));
+    }
+    std::vector<std::wstring> expected;
+    for (const std::wstring& text : texts) expected.push_back(text + L"=value " + text);
+    EXPECT_EQ(values, expected);
+    EXPECT_EQ(copies, expected);
+
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> record(open->blockTableRecord());
+    ASSERT_EQ(record.openStatus(), Acad::eOk);
+    AcDbBlockTableRecordIterator* entities = nullptr;
+    ASSERT_EQ(record->newIterator(entities), Acad::eOk);
+    std::vector<std::wstring> definitions;
+    for (; !entities->done(); entities->step()) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(entities->getEntity(entity, AcDb::kForRead), Acad::eOk);
+        if (auto* definition = AcDbAttributeDefinition::cast(entity))
+            definitions.push_back(std::wstring(definition->tagConst()) + L"|" + definition->promptConst() + L"|" +
+                                  definition->textStringConst());
+        entity->close();
+    }
+    delete entities;
+    std::vector<std::wstring> expectedDefinitions;
+    for (const std::wstring& text : texts) expectedDefinitions.push_back(text + L"|" + text + L" prompt|" + text);
+    EXPECT_EQ(definitions, expectedDefinitions);
+}
+
 TEST_F(SaveTest, AFailedSaveLeavesTheOldFile) {
     std::filesystem::path path = m_folder.path() / "keep.dxf";
     std::wstring error;
