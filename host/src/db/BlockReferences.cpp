@@ -20,6 +20,8 @@ using cadhost::DatabaseImpl;
 namespace {
 // Blocks that hold themselves, directly or through others, end here.
 constexpr int kMaxNesting = 32;
+// The unit in which memory comes into the processor's caches.
+constexpr size_t kCacheLine = 64;
 
 AcGeMatrix3d PlaneToWorld(const AcGeVector3d& normal) {
     return normal == AcGeVector3d::kZAxis ? AcGeMatrix3d::kIdentity : AcGeMatrix3d::planeToWorld(normal);
@@ -160,7 +162,18 @@ Acad::ErrorStatus AcDbBlockReference::appendAttribute(AcDbObjectId& id, AcDbAttr
     return Acad::eOk;
 }
 
-AcDbObjectIterator* AcDbBlockReference::attributeIterator() const { return new AcDbObjectIterator(m_attributes); }
+AcDbObjectIterator* AcDbBlockReference::attributeIterator() const {
+    // Whoever walks the attributes opens them next: their memory is asked for
+    // now, all at once, rather than one fetch after another as each opens.
+    for (AcDbObjectId id : m_attributes) {
+        if (const AcDbObject* attribute = DatabaseImpl::Peek(id)) {
+            const char* bytes = reinterpret_cast<const char*>(attribute);
+            for (size_t at = 0; at < sizeof(AcDbAttribute); at += kCacheLine) __builtin_prefetch(bytes + at);
+            __builtin_prefetch(bytes + sizeof(AcDbAttribute) - 1);
+        }
+    }
+    return new AcDbObjectIterator(m_attributes);
+}
 
 void AcDbBlockReference::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth) const {
     if (depth > kMaxNesting) return;
