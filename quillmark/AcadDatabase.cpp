@@ -106,14 +106,10 @@ void ReadAttributes(const AcDbBlockReference& source, AcadBlockRef& reference) {
     for (iterator->start(); !iterator->done(); iterator->step(false, true)) {
         AcDbObjectPointer<AcDbAttribute> attribute(iterator->objectId());
         if (attribute.openStatus() != Acad::eOk) continue;
-        ACHAR* tag = attribute->tag();
-        ACHAR* value = attribute->textString();
         AcadAttribute& read = attributes[filled++];
-        read.m_tag = tag;
-        read.m_value = value;
+        read.m_tag = attribute->tagConst();
+        read.m_value = attribute->textStringConst();
         read.m_code = 0;
-        acutDelBuffer(tag);
-        acutDelBuffer(value);
     }
     attributes.SetSize(filled);
     delete iterator;
@@ -301,12 +297,9 @@ int AcadAttributeDefArray::ReadDefinitions(AcDbBlockTableRecord* record) {
         AcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, AcDb::kForRead) != Acad::eOk || !entity) continue;
         if (AcDbAttributeDefinition* source = AcDbAttributeDefinition::cast(entity)) {
-            ACHAR* tag = source->tag();
-            ACHAR* prompt = source->prompt();
-            AcadAttributeDef definition(tag, prompt, source->isConstant() ? 1 : 0, source->isInvisible() ? 1 : 0,
-                                        source->isPreset() ? 1 : 0, source->isVerifiable() ? 1 : 0);
-            acutDelBuffer(tag);
-            acutDelBuffer(prompt);
+            AcadAttributeDef definition(source->tagConst(), source->promptConst(), source->isConstant() ? 1 : 0,
+                                        source->isInvisible() ? 1 : 0, source->isPreset() ? 1 : 0,
+                                        source->isVerifiable() ? 1 : 0);
             // The first definition of a tag stays.
             if (FindTag(definition.m_tag) < 0) Add(definition);
         }

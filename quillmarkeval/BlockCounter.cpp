@@ -254,13 +254,8 @@ struct CBlockCounter::State {
         for (; iterator && !iterator->done(); iterator->step(false, true)) {
             AcDbObjectPointer<AcDbAttribute> attribute(iterator->objectId());
             if (attribute.openStatus() != Acad::eOk) continue;
-            ACHAR* tag = attribute->tag();
-            bool same = tag && SameTag(query.tag, tag);
-            acutDelBuffer(tag);
-            if (!same) continue;
-            ACHAR* text = attribute->textString();
-            bool accepted = condition->Accepts(text);
-            acutDelBuffer(text);
+            if (!SameTag(query.tag, attribute->tagConst())) continue;
+            bool accepted = condition->Accepts(attribute->textStringConst());
             delete iterator;
             return accepted;
         }
@@ -386,7 +381,8 @@ struct CBlockCounter::State {
         IdMap<Adesk::Int64> countedIn;  // definition: its references that count
         std::vector<AcDbObjectId> definitions;
         for (AcDbObjectId recordId : recordOrder) {
-            if (recordMatches[recordId] == NameMatch::kNo) continue;
+            NameMatch match = recordMatches[recordId];
+            if (match == NameMatch::kNo) continue;
             AcDbObjectIdArray references;
             {
                 AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> record(recordId);
@@ -399,7 +395,12 @@ struct CBlockCounter::State {
                 AcDbObjectId owner = reference->ownerId();
                 bool inSpace = IsLayout(owner);
                 if (!inSpace && !query.nested) continue;
-                if (!Counts(*reference.object())) continue;
+                // A reference to a record asked for by name needs no look-up of its name.
+                const AcDbBlockReference& placed = *reference.object();
+                bool counts = match == NameMatch::kYes && placed.blockTableRecord() == recordId
+                                  ? OnLayer(placed) && MeetsCondition(placed)
+                                  : Counts(placed);
+                if (!counts) continue;
                 if (inSpace) {
                     total = Plus(total, 1);
                 } else {
