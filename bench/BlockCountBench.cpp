@@ -195,20 +195,23 @@ int main(int argc, char** argv) {
     {
         AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
         BuildFlat(db, snapshot);
-        double best = 1e9, bestCpu = 1e9;
+        double best = 1e9, bestCpu = 1e9, first = 0;
         long read = 0;
         for (int run = 0; run < 5; ++run) {
             auto start = std::chrono::steady_clock::now();
             double cpu = CpuSeconds();
             AcadBlockArray blocks;
             blocks.Read(nullptr, _SH_DENYWR, false);
-            best = std::min(best, Seconds(start));
+            double seconds = Seconds(start);
+            if (run == 0) first = seconds;
+            best = std::min(best, seconds);
             bestCpu = std::min(bestCpu, CpuSeconds() - cpu);
             read = 0;
             for (INT_PTR i = 0; i < blocks.GetSize(); ++i) read += static_cast<long>(blocks[i].m_references.GetSize());
         }
-        std::printf("snapshot_references=%ld\nsnapshot_seconds=%.4f\nsnapshot_cpu_seconds=%.4f\n", read, best,
-                    bestCpu);
+        std::printf("snapshot_references=%ld\nsnapshot_seconds=%.4f\nsnapshot_cpu_seconds=%.4f\n"
+                    "snapshot_first_seconds=%.4f\n",
+                    read, best, bestCpu, first);
     }
 
     // The count, over the nested drawing.
