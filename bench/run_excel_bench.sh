@@ -5,7 +5,8 @@
 # date by `cadhost update`: once with every field new, once more with
 # nothing changed. In the same run,
 # Debian's python3-openpyxl loads the same workbook and reads the same
-# cells. Each cadhost line gives the wall time and the peak memory of the
+# cells. Each line gives the wall time, the processor time and the peak
+# memory of the
 # process.
 #
 #     bench/run_excel_bench.sh [BUILD_FOLDER] [FIELDS] [ROWS]
@@ -17,7 +18,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-bench}
 fields=${2:-10000}
 rows=${3:-80000}
-if [[ ! -x $build/bin/bench_ExcelCellDrawingMake || ! -x $build/bin/cadhost ]]; then
+if [[ ! -x $build/bin/bench_RunMeasured || ! -x $build/bin/bench_ExcelCellDrawingMake || ! -x $build/bin/cadhost ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
   cmake --build "$build"
 fi

@@ -7,7 +7,8 @@
 #     the last table, which walks every table of the drawing;
 #   - `cadhost update` bringing every field up to date, and a second update
 #     that changes nothing.
-# Each line gives the wall time and the peak memory of the process.
+# Each line gives the wall time, the processor time and the peak memory of
+# the process.
 #
 #     bench/run_field_bench.sh [BUILD_FOLDER] [TABLES] [FIELDS]
 #
@@ -18,7 +19,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-bench}
 tables=${2:-1000}
 fields=${3:-100000}
-if [[ ! -x $build/bin/bench_FieldDrawingMake || ! -x $build/bin/cadhost ]]; then
+if [[ ! -x $build/bin/bench_RunMeasured || ! -x $build/bin/bench_FieldDrawingMake || ! -x $build/bin/cadhost ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
   cmake --build "$build"
 fi
@@ -31,7 +32,8 @@ if [[ ! -f $drawing ]]; then
 fi
 point=$(sed -n 's/^last_table_cell_point=//p' "$data/make.txt")
 
-# Wall time and peak memory of a command, its output kept in a file.
+# Wall time, processor time and peak memory of a command, its output kept
+# in a file.
 source "$root/bench/measure.sh"
 
 printf 'field at 0,-25\ntype "QM Table Cell"\npoint %s\nclick 200\nprint control 202\ncancel\n' "$point" > "$data/pick.qms"

@@ -3,7 +3,8 @@
 # each, naming FILES text files of BYTES bytes beside the drawing (relative
 # paths), brought up to date by `cadhost update`: once with every field new,
 # once more with nothing changed, and once after every file changed. Each
-# line gives the wall time and the peak memory of the process. Last, the
+# line gives the wall time, the processor time and the peak memory of the
+# process. Last, the
 # phases of one update in process (bench_TextFileUpdatePhases) on a copy of
 # the drawing as made: reading it, two update passes, writing it.
 #
@@ -17,7 +18,7 @@ build=${1:-$root/build-bench}
 fields=${2:-10000}
 files=${3:-100}
 bytes=${4:-10240}
-if [[ ! -x $build/bin/bench_TextFileDrawingMake || ! -x $build/bin/bench_TextFileUpdatePhases || ! -x $build/bin/cadhost ]]; then
+if [[ ! -x $build/bin/bench_RunMeasured || ! -x $build/bin/bench_TextFileDrawingMake || ! -x $build/bin/bench_TextFileUpdatePhases || ! -x $build/bin/cadhost ]]; then
   cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON -DQM_BUILD_TESTS=OFF > /dev/null
   cmake --build "$build"
 fi
@@ -29,7 +30,8 @@ drawing=$data/textfiles.dxf
 settings=$build/bench-data/settings
 cp "$drawing" "$data/as_made.dxf"
 
-# Wall time and peak memory of a command, its output kept in a file.
+# Wall time, processor time and peak memory of a command, its output kept
+# in a file.
 source "$root/bench/measure.sh"
 
 echo "drawing: $fields fields over $files files of $bytes bytes, $(( $(stat -c %s "$drawing") / 1024 )) KB"

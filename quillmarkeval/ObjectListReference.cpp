@@ -1,6 +1,8 @@
 #include "ObjectListReference.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <utility>
 #include <cwctype>
 
 namespace {
@@ -103,17 +105,35 @@ CString ObjectListDataText(const CString& text, const std::vector<ObjectListHand
     return ObjectListDataText(static_cast<const ACHAR*>(text), handles);
 }
 
+namespace {
+
+// Where the handles stand in the list's text, one piece from the first to
+// the last.
+std::pair<int, size_t> HandlesPiece(const std::vector<ObjectListHandle>& handles) {
+    if (handles.empty()) return {0, 0};
+    int first = handles.front().start;
+    return {first, static_cast<size_t>(handles.back().start + handles.back().length - first)};
+}
+
+}  // namespace
+
+bool IsObjectListDataText(const ACHAR* data, const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
+    if (!data || !text) return false;
+    static const wchar_t kHead[] = L"Object(<";
+    static const wchar_t kTail[] = L">)";
+    const size_t head = wcslen(kHead), tail = wcslen(kTail);
+    auto [first, listLength] = HandlesPiece(handles);
+    if (wcslen(data) != head + listLength + tail) return false;
+    return wmemcmp(data, kHead, head) == 0 && wmemcmp(data + head, text + first, listLength) == 0 &&
+           wmemcmp(data + head + listLength, kTail, tail) == 0;
+}
+
 CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
     // The handles stand in the text one after another, each ";" between
     // two of them, so the list between the brackets is kept as one piece.
     // Sized once: a list of a hundred thousand handles is not copied again
     // for the closing brackets.
-    size_t listLength = 0;
-    int first = 0;
-    if (!handles.empty()) {
-        first = handles.front().start;
-        listLength = static_cast<size_t>(handles.back().start + handles.back().length - first);
-    }
+    auto [first, listLength] = HandlesPiece(handles);
     std::wstring data;
     data.reserve(listLength + 10);
     data = L"Object(<";

@@ -25,3 +25,5 @@ int ReadObjectList(const CString& text, std::vector<ObjectListHandle>& handles, 
 // written "Object", the handles as the text gave them.
 CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles);
 CString ObjectListDataText(const CString& text, const std::vector<ObjectListHandle>& handles);
+// Whether data is that text already, compared where both lie.
+bool IsObjectListDataText(const ACHAR* data, const ACHAR* text, const std::vector<ObjectListHandle>& handles);

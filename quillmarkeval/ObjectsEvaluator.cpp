@@ -157,7 +157,8 @@ Acad::ErrorStatus Fail(AcFdFieldResult* result, int status, const CString& messa
 }  // namespace
 
 int SumObjectList(const ObjectsMeasure& measure, const ACHAR* listText, int length, AcDbDatabase* database,
-                  double& sum, CString& data, CString& why) {
+                  double& sum, CString& data, CString& why, const ACHAR* keptData, bool* dataKept) {
+    if (dataKept) *dataKept = false;
     std::vector<ObjectListHandle> handles;
     CString fault;
     if (!ReadObjectList(listText, length, handles, fault)) {
@@ -183,7 +184,8 @@ int SumObjectList(const ObjectsMeasure& measure, const ACHAR* listText, int leng
         return AcDbField::kInvalidCode;
     }
     sum = total;
-    data = ObjectListDataText(listText, handles);
+    if (dataKept && IsObjectListDataText(keptData, listText, handles)) *dataKept = true;
+    else data = ObjectListDataText(listText, handles);
     return AcDbField::kSuccess;
 }
 
@@ -202,14 +204,20 @@ Acad::ErrorStatus AsdkObjectsEvaluator::evaluate(AcDbField* field, int, AcDbData
     const ACHAR* code = field->getFieldCode(AcDbField::kFieldCode | AcDbField::kStripOptions);
     const ACHAR* arguments = code ? wcspbrk(code, L" \t\r\n") : nullptr;
     arguments = arguments ? arguments + 1 : L"";
+    AcFdFieldValue kept;
+    const ACHAR* keptText = nullptr;
+    if (field->getData(m_measure.dataKey, &kept) != Acad::eOk || !kept.get(keptText)) keptText = nullptr;
     double sum = 0;
     CString data, why;
-    int status =
-        SumObjectList(m_measure, arguments, static_cast<int>(wcslen(arguments)), database, sum, data, why);
+    bool dataKept = false;
+    int status = SumObjectList(m_measure, arguments, static_cast<int>(wcslen(arguments)), database, sum, data, why,
+                               keptText, &dataKept);
     if (status != AcDbField::kSuccess) return Fail(result, status, why);
 
-    AcFdFieldValue item((const ACHAR*)data);
-    field->setData(m_measure.dataKey, &item);
+    if (!dataKept) {
+        AcFdFieldValue item((const ACHAR*)data);
+        field->setData(m_measure.dataKey, &item);
+    }
     AcValue value(sum);
     result->setFieldValue(&value);
     result->setEvaluationStatus(AcDbField::kSuccess);

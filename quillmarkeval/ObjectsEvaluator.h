@@ -53,6 +53,9 @@ public:
 // Sums the measure over the objects of an object list text (of length
 // characters) in a database. Answers a status of AcDbField: kSuccess with
 // sum and data (the data item's text) filled, or kSyntaxError or
-// kInvalidCode with why.
+// kInvalidCode with why. When keptData (may be null) is the data item's
+// text already, data is left empty and dataKept set: a field evaluated
+// again over the same list keeps its item as it is.
 int SumObjectList(const ObjectsMeasure& measure, const ACHAR* listText, int length, AcDbDatabase* database,
-                  double& sum, CString& data, CString& why);
+                  double& sum, CString& data, CString& why, const ACHAR* keptData = nullptr,
+                  bool* dataKept = nullptr);

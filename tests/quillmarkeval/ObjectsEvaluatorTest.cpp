@@ -93,6 +93,33 @@ TEST(ObjectListReference, TheDataTextKeepsTheHandlesAsWritten) {
     }
 }
 
+TEST(ObjectListReference, AKeptDataTextIsKnownOnlyWhenItIsTheListsExactly) {
+    struct Case {
+        const wchar_t* data;
+        const wchar_t* list;
+        bool same;
+    };
+    const Case cases[] = {
+        {L"Object(<2F1;2F5>)", L"Object(<2F1;2F5>)", true},
+        {L"Object(<2F1;2F5>)", L"  object(<2F1;2F5>) ", true},
+        {L"Object(<>)", L"Object(<>)", true},
+        {L"Object(<2F1;2F5>)", L"Object(<2f1;2F5>)", false},  // the handles as written
+        {L"Object(<2F1>)", L"Object(<2F1;2F5>)", false},
+        {L"Object(<2F1;2F5>)", L"Object(<2F1>)", false},
+        {L"Object(<2F1;2F5>) ", L"Object(<2F1;2F5>)", false},
+        {L"object(<2F1;2F5>)", L"Object(<2F1;2F5>)", false},
+        {L"Object(<2F1;2F5]", L"Object(<2F1;2F5>)", false},
+        {L"", L"Object(<>)", false},
+        {nullptr, L"Object(<>)", false},
+    };
+    for (const Case& c : cases) {
+        std::vector<ObjectListHandle> handles;
+        CString why;
+        ASSERT_EQ(ReadObjectList(c.list, handles, why), 1) << c.list;
+        EXPECT_EQ(IsObjectListDataText(c.data, c.list, handles), c.same) << (c.data ? c.data : L"(null)") << " / " << c.list;
+    }
+}
+
 class ObjectsEvaluatorTest : public qmtest::HostTest {
 protected:
     void SetUp() override {
@@ -400,6 +427,23 @@ TEST_F(ObjectsEvaluatorTest, AFailureLeavesTheDataItemOfTheLastSuccess) {
     EXPECT_STREQ(again->getValue(), L"####");
     // What the page reads back when the field is edited is what it was.
     EXPECT_EQ(Data(*again.object(), L"AcArea Data"), L"Object(<36;3E>)");
+}
+
+TEST_F(ObjectsEvaluatorTest, AFieldEvaluatedOverChangingListsKeepsTheDataItemOfItsLastList) {
+    Open("measure_r2010");
+    AcDbField field;
+    const wchar_t* lists[][2] = {
+        {L"Object(<36;3E>)", L"Object(<36;3E>)"},
+        {L"Object(<36;3E>)", L"Object(<36;3E>)"},  // the same list again
+        {L" object(<36;3e>)", L"Object(<36;3e>)"},
+        {L"Object(<36>)", L"Object(<36>)"},
+        {L"Object(<>)", L"Object(<>)"},
+        {L"Object(<3E;36>)", L"Object(<3E;36>)"},
+    };
+    for (const auto& list : lists) {
+        Evaluate(field, std::wstring(L"%<\\AcArea ") + list[0] + L">%", db());
+        EXPECT_EQ(Data(field, L"AcArea Data"), list[1]) << list[0];
+    }
 }
 
 TEST_F(ObjectsEvaluatorTest, AFieldInTheDrawingMeasuresThereWhenNoDatabaseIsGiven) {

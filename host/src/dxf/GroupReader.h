@@ -30,7 +30,7 @@ public:
     int line() const { return m_line; }
 
 private:
-    bool ReadLine(std::string& line);
+    bool ReadLine(std::string_view& line);
     bool Fill();
 
     std::FILE* m_file;
@@ -38,7 +38,6 @@ private:
     size_t m_begin = 0, m_end = 0;
     bool m_eof = false;
     int m_line = 0;
-    std::string m_code, m_value;
     Group m_last;
     bool m_pushedBack = false;
 };

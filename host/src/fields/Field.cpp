@@ -215,6 +215,14 @@ Acad::ErrorStatus AcDbField::setFieldCode(const ACHAR* fieldCode, FieldCodeFlag 
 
 const ACHAR* AcDbField::getFieldCode(FieldCodeFlag flags, AcDbFieldArray* childFields, AcDb::OpenMode mode) const {
     int wanted = flags == 0 ? kFieldCode : flags;
+    // A field without children whose code is asked for as it stands is
+    // handed its own code: a list of a hundred thousand handles is not
+    // copied each time an evaluator reads it.
+    const Impl& m = *m_impl;
+    bool asStored = m.hasCode && m.children.empty() &&
+                    !(wanted & (kEvaluatedText | kAddMarkers | kEscapeBackslash)) &&
+                    (m.textField || (wanted & kStripOptions) || (m.format.empty() && !m.formatOption));
+    if (asStored) return m.code.c_str();
     std::vector<const AcDbField*> path{this};
     std::wstring text = Compose(*this, wanted, path);
     m_impl->codeText = (wanted & kEscapeBackslash) ? EscapeBackslashes(text) : std::move(text);

@@ -1,5 +1,7 @@
 #include "spreadsheet/Workbook.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -48,6 +50,25 @@ std::uint32_t Workbook::AddFormat(const std::wstring& code) {
     return static_cast<std::uint32_t>(m_formatCodes.size() - 1);
 }
 
+void Workbook::ReserveCells(int sheet, size_t count) {
+    if (m_cells.size() < m_sheets.size()) m_cells.resize(m_sheets.size());
+    if (sheet < 0 || static_cast<size_t>(sheet) >= m_cells.size()) return;
+    auto& cells = m_cells[static_cast<size_t>(sheet)].cells;
+    cells.reserve(count);
+    // The cells of a large sheet fill megabytes one after the other: in
+    // huge pages the system maps them a few times, not a thousand.
+    constexpr std::uintptr_t kHugePage = 2u << 20;
+    auto begin = reinterpret_cast<std::uintptr_t>(cells.data());
+    std::uintptr_t end = begin + cells.capacity() * sizeof(cells[0]);
+    std::uintptr_t from = (begin + kHugePage - 1) & ~(kHugePage - 1), to = end & ~(kHugePage - 1);
+    if (to > from) ::madvise(reinterpret_cast<void*>(from), to - from, MADV_HUGEPAGE);
+}
+
+void Workbook::ForgetCells(int sheet, size_t texts) {
+    if (sheet >= 0 && static_cast<size_t>(sheet) < m_cells.size()) m_cells[static_cast<size_t>(sheet)].cells.clear();
+    if (texts < m_texts.size()) m_texts.resize(texts);
+}
+
 void Workbook::AddCell(int sheet, std::uint32_t row, std::uint32_t column, const Cell& cell) {
     if (m_cells.size() < m_sheets.size()) m_cells.resize(m_sheets.size());
     if (sheet < 0 || static_cast<size_t>(sheet) >= m_cells.size()) return;
@@ -67,13 +88,18 @@ bool Workbook::LoadCells(int sheet, std::wstring& why) {
         target.cells.clear();
         return false;
     }
-    // A cell that a file gives twice counts as it was given last.
-    std::stable_sort(target.cells.begin(), target.cells.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    auto last = std::unique(target.cells.rbegin(), target.cells.rend(),
-                            [](const auto& a, const auto& b) { return a.first == b.first; });
-    target.cells.erase(target.cells.begin(), last.base());
-    target.cells.shrink_to_fit();
+    // A cell that a file gives twice counts as it was given last. Files
+    // mostly give their cells in order, once each: then nothing moves.
+    auto byKey = [](const auto& a, const auto& b) { return a.first < b.first; };
+    if (!std::is_sorted(target.cells.begin(), target.cells.end(), byKey))
+        std::stable_sort(target.cells.begin(), target.cells.end(), byKey);
+    auto sameKey = [](const auto& a, const auto& b) { return a.first == b.first; };
+    if (std::adjacent_find(target.cells.begin(), target.cells.end(), sameKey) != target.cells.end()) {
+        auto last = std::unique(target.cells.rbegin(), target.cells.rend(), sameKey);
+        target.cells.erase(target.cells.begin(), last.base());
+    }
+    // Room reserved beyond the cells is kept: never written, it takes no
+    // memory, where copying the cells to fit would.
     target.loaded = true;
     return true;
 }
@@ -152,22 +178,27 @@ std::unique_ptr<Workbook> ReadWorkbook(const std::filesystem::path& path, std::w
     return nullptr;
 }
 
-bool ParseCellName(std::wstring_view text, std::uint32_t& row, std::uint32_t& column) {
+namespace {
+
+// Letters and digits of cell names are ASCII in either width of text.
+template <class Char>
+bool ParseCellNameOf(std::basic_string_view<Char> text, std::uint32_t& row, std::uint32_t& column) {
+    auto letter = [](Char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
     size_t i = 0;
-    if (i < text.size() && text[i] == L'$') ++i;
+    if (i < text.size() && text[i] == '$') ++i;
     std::uint32_t c = 0;
     size_t letters = 0;
-    while (i < text.size() && std::iswalpha(text[i]) && text[i] < 128) {
-        c = c * 26 + static_cast<std::uint32_t>(std::towupper(text[i]) - L'A' + 1);
+    while (i < text.size() && letter(text[i])) {
+        c = c * 26 + static_cast<std::uint32_t>((text[i] & ~0x20) - 'A' + 1);
         if (++letters > 3) return false;
         ++i;
     }
     if (letters == 0 || c > 16384) return false;
-    if (i < text.size() && text[i] == L'$') ++i;
+    if (i < text.size() && text[i] == '$') ++i;
     std::uint64_t r = 0;
     size_t digits = 0;
-    while (i < text.size() && text[i] >= L'0' && text[i] <= L'9') {
-        r = r * 10 + static_cast<std::uint64_t>(text[i] - L'0');
+    while (i < text.size() && text[i] >= '0' && text[i] <= '9') {
+        r = r * 10 + static_cast<std::uint64_t>(text[i] - '0');
         if (++digits > 7) return false;
         ++i;
     }
@@ -175,6 +206,16 @@ bool ParseCellName(std::wstring_view text, std::uint32_t& row, std::uint32_t& co
     row = static_cast<std::uint32_t>(r);
     column = c;
     return true;
+}
+
+}  // namespace
+
+bool ParseCellName(std::wstring_view text, std::uint32_t& row, std::uint32_t& column) {
+    return ParseCellNameOf(text, row, column);
+}
+
+bool ParseCellName(std::string_view text, std::uint32_t& row, std::uint32_t& column) {
+    return ParseCellNameOf(text, row, column);
 }
 
 std::wstring ColumnName(std::uint32_t column) {

@@ -11,6 +11,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "spreadsheet/NumberFormat.h"
@@ -89,6 +90,11 @@ protected:
         return (static_cast<std::uint64_t>(row) << 16) | column;
     }
     void AddCell(int sheet, std::uint32_t row, std::uint32_t column, const Cell& cell);
+    void ReserveCells(int sheet, size_t count);
+    size_t TextCount() const { return m_texts.size(); }
+    // Drops the cells given so far for a sheet, and the texts added after
+    // the first texts of the workbook.
+    void ForgetCells(int sheet, size_t texts);
 
     FileKind m_kind;
     std::vector<Sheet> m_sheets;
@@ -129,6 +135,7 @@ std::unique_ptr<Workbook> ReadXls(std::span<const std::uint8_t> bytes, std::wstr
 // Cell names: "B3" or "$B$3" to a row and column from 1 (false for anything
 // else, a row of 0, or a column beyond XFD), and back.
 bool ParseCellName(std::wstring_view text, std::uint32_t& row, std::uint32_t& column);
+bool ParseCellName(std::string_view text, std::uint32_t& row, std::uint32_t& column);
 std::wstring CellName(std::uint32_t row, std::uint32_t column);
 std::wstring ColumnName(std::uint32_t column);
 

@@ -103,7 +103,7 @@ bool ParseNumber(std::string_view text, T& value) {
 }
 
 // The program writes characters that XML cannot carry as _xHHHH_.
-std::string Unescape(const std::string& text) {
+std::string Unescape(std::string text) {
     if (text.find("_x") == std::string::npos) return text;
     std::string out;
     for (size_t i = 0; i < text.size();) {
@@ -135,6 +135,12 @@ struct RichText {
     void End(std::string_view name) {
         if (name == "rPh" && phonetic > 0) --phonetic;
         else if (name == "t") inText = false;
+    }
+    // Ready for the next cell, keeping the text's room.
+    void Clear() {
+        inText = false;
+        phonetic = 0;
+        text.clear();
     }
     void Characters(std::string_view chunk) {
         if (!inText) return;
@@ -254,7 +260,7 @@ public:
     void Start(std::string_view name, const char** attributes) override {
         if (name == "si") {
             inItem = true;
-            item = RichText();
+            item.Clear();
         } else if (inItem) {
             item.Start(name);
         }
@@ -269,6 +275,12 @@ public:
     }
     void Characters(std::string_view text) override {
         if (inItem) item.Characters(text);
+    }
+    bool CanRewind() const override { return true; }
+    void Rewind() override {
+        inItem = false;
+        item.Clear();
+        strings.clear();
     }
     bool inItem = false;
     RichText item;
@@ -409,11 +421,24 @@ public:
         AddCell(sheet, row, column, cell);
     }
     std::uint32_t ErrorText(const std::string& value) { return AddText(value); }
+    size_t Texts() const { return TextCount(); }
+    void Forget(int sheet, size_t texts) { ForgetCells(sheet, texts); }
 };
 
 class CellsReader : public XmlHandler {
 public:
-    CellsReader(XlsxWorkbook& book, int sheet) : m_book(book), m_sheet(sheet) {}
+    CellsReader(XlsxWorkbook& book, int sheet) : m_book(book), m_sheet(sheet), m_texts(book.Texts()) {}
+
+    // The sheet is large: what it gave so far goes, for a second reading.
+    bool CanRewind() const override { return true; }
+    void Rewind() override {
+        m_book.Forget(m_sheet, m_texts);
+        m_inData = m_inCell = m_inValue = m_inInline = false;
+        m_row = m_column = m_style = 0;
+        m_type = Type::kNumber;
+        m_value.clear();
+        m_inline.Clear();
+    }
 
     void Start(std::string_view name, const char** attributes) override {
         if (name == "sheetData") {
@@ -428,14 +453,22 @@ public:
         } else if (name == "c") {
             m_inCell = true;
             m_value.clear();
-            m_inline = RichText();
-            m_type = "n";
+            m_inline.Clear();
+            m_type = Type::kNumber;
             m_style = 0;
-            if (const char* type = XmlAttribute(attributes, "t")) m_type = type;
-            if (const char* style = XmlAttribute(attributes, "s")) ParseNumber(style, m_style);
+            // A cell's attributes in one look (a sheet has a million cells):
+            // t, s and r, the first of a name counting.
+            const char *type = nullptr, *style = nullptr, *r = nullptr;
+            for (int i = 0; attributes[i]; i += 2) {
+                const char* attribute = attributes[i];
+                if (attribute[0] == '\0' || attribute[1] != '\0') continue;
+                const char*& slot = attribute[0] == 't' ? type : attribute[0] == 's' ? style : r;
+                if (!slot && (attribute[0] == 't' || attribute[0] == 's' || attribute[0] == 'r')) slot = attributes[i + 1];
+            }
+            if (type) m_type = TypeOf(type);
+            if (style) ParseNumber(style, m_style);
             std::uint32_t row = 0, column = 0;
-            const char* r = XmlAttribute(attributes, "r");
-            if (r && ParseCellName(FromUtf8(r), row, column)) {
+            if (r && ParseCellName(std::string_view(r), row, column)) {
                 m_row = row;
                 m_column = column;
             } else {
@@ -480,26 +513,26 @@ private:
         if (m_row < 1 || m_row > 1048576 || m_column < 1 || m_column > 16384) return;
         Cell cell;
         cell.format = m_book.FormatOfStyle(m_style);
-        if (m_type == "s") {
+        if (m_type == Type::kShared) {
             std::uint32_t index = 0, text = 0;
             if (!ParseNumber(m_value, index) || !m_book.SharedText(index, text)) return;
             cell.kind = CellKind::Text;
             cell.text = text;
-        } else if (m_type == "str") {
+        } else if (m_type == Type::kFormulaText) {
             cell.kind = CellKind::Text;
             cell.text = m_book.NewText(Unescape(m_value));
-        } else if (m_type == "inlineStr") {
+        } else if (m_type == Type::kInline) {
             cell.kind = CellKind::Text;
-            cell.text = m_book.NewText(Unescape(m_inline.text));
-        } else if (m_type == "b") {
+            cell.text = m_book.NewText(Unescape(std::move(m_inline.text)));
+        } else if (m_type == Type::kBoolean) {
             if (m_value.empty()) return;
             cell.kind = CellKind::Boolean;
             cell.number = m_value != "0" && m_value != "false" ? 1 : 0;
-        } else if (m_type == "e") {
+        } else if (m_type == Type::kError) {
             if (m_value.empty()) return;
             cell.kind = CellKind::Error;
             cell.text = m_book.ErrorText(m_value);
-        } else if (m_type == "d") {
+        } else if (m_type == Type::kDate) {
             if (!IsoDateSerial(m_value, m_book.date1904(), cell.number)) return;
             cell.kind = CellKind::Number;
         } else {
@@ -511,9 +544,24 @@ private:
 
     XlsxWorkbook& m_book;
     int m_sheet;
+    size_t m_texts;  // the workbook's texts before the sheet's
     bool m_inData = false, m_inCell = false, m_inValue = false, m_inInline = false;
+    // The t attribute of a cell; anything the program does not write is a
+    // number, as "n" is.
+    enum class Type { kNumber, kShared, kFormulaText, kInline, kBoolean, kError, kDate };
+    static Type TypeOf(std::string_view t) {
+        if (t == "s") return Type::kShared;
+        if (t == "str") return Type::kFormulaText;
+        if (t == "inlineStr") return Type::kInline;
+        if (t == "b") return Type::kBoolean;
+        if (t == "e") return Type::kError;
+        if (t == "d") return Type::kDate;
+        return Type::kNumber;
+    }
+
     std::uint32_t m_row = 0, m_column = 0, m_style = 0;
-    std::string m_type, m_value;
+    Type m_type = Type::kNumber;
+    std::string m_value;
     RichText m_inline;
 };
 
@@ -524,6 +572,13 @@ bool XlsxWorkbook::ReadCells(int sheet, std::wstring& why) {
         return false;
     }
     if (!ReadShared(why)) return false;
+    // Room for as many cells as the part could hold (a cell takes twenty
+    // bytes of XML at least): memory that is never written costs nothing,
+    // and the cells are not moved as they come.
+    zip_stat_t stat;
+    zip_stat_init(&stat);
+    if (zip_stat(m_archive, part.c_str(), ZIP_FL_NOCASE | ZIP_FL_ENC_GUESS, &stat) == 0 && (stat.valid & ZIP_STAT_SIZE))
+        ReserveCells(sheet, static_cast<size_t>(std::min<zip_uint64_t>(stat.size, kMaxPartBytes) / 20));
     CellsReader reader(*this, sheet);
     return ParsePart(m_archive, part, reader, why);
 }

@@ -21,6 +21,11 @@ public:
     virtual void Characters(std::string_view text) {}
     // Set by a handler that has read all it needs: the parse stops there.
     bool done = false;
+    // A handler that can forget all it was told, and says so, is told of a
+    // large part by a fast reader of plain XML first; where the part leaves
+    // the plain form, it is rewound and the full parser tells it again.
+    virtual bool CanRewind() const { return false; }
+    virtual void Rewind() {}
 };
 
 // The value of an attribute by its name without namespace, or null.
@@ -33,5 +38,7 @@ bool HasPart(zip_t* archive, const std::string& name);
 // when it is missing, damaged, too large, too deep or not well-formed; a
 // handler that ends early is no failure.
 bool ParsePart(zip_t* archive, const std::string& name, XmlHandler& handler, std::wstring& why);
+// The same for a part's bytes at hand.
+bool ParseXmlBytes(std::string_view bytes, const std::string& name, XmlHandler& handler, std::wstring& why);
 
 }  // namespace cadhost::spreadsheet
