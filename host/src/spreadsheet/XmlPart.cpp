@@ -127,7 +127,7 @@ public:
     zip_uint64_t Size() const override { return m_bytes.size(); }
     zip_int64_t Read(char* buffer, size_t size) override {
         size_t count = std::min(size, m_bytes.size() - m_at);
-        std::memcpy(buffer, m_bytes.data() + m_at, count);
+        if (count > 0) std::memcpy(buffer, m_bytes.data() + m_at, count);
         m_at += count;
         return static_cast<zip_int64_t>(count);
     }
@@ -245,14 +245,14 @@ bool ReadPlainPieces(Pieces& pieces, XmlHandler& handler) {
     for (;;) {
         if (!pieces.Next(piece)) return false;
         if (buffer.size() < filled + piece.size()) buffer.resize(std::max(2 * buffer.size(), filled + piece.size()));
-        std::memcpy(buffer.data() + filled, piece.data(), piece.size());
+        if (!piece.empty()) std::memcpy(buffer.data() + filled, piece.data(), piece.size());
         filled += piece.size();
         bool last = piece.empty();
         size_t used = 0;
         PlainXmlReader::Result result = reader.Read(buffer.data(), filled, last, used);
         if (result == PlainXmlReader::Result::kDone) return true;
         if (result == PlainXmlReader::Result::kNotPlain || last) return false;
-        std::memmove(buffer.data(), buffer.data() + used, filled - used);
+        if (filled > used) std::memmove(buffer.data(), buffer.data() + used, filled - used);
         filled -= used;
     }
 }
