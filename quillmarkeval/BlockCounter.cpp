@@ -223,11 +223,10 @@ struct CBlockCounter::State {
         return asked;
     }
 
-    bool NameAskedFor(const AcDbBlockReference& reference) {
-        auto it = recordMatches.find(reference.blockTableRecord());
-        if (it == recordMatches.end()) return false;
-        if (it->second == NameMatch::kByReference) return DynamicBlockAskedFor(reference.objectId());
-        return it->second == NameMatch::kYes;
+    // Whether a reference's name is asked for, its record's match known.
+    bool NameAskedFor(const AcDbBlockReference& reference, NameMatch match) {
+        if (match == NameMatch::kByReference) return DynamicBlockAskedFor(reference.objectId());
+        return match == NameMatch::kYes;
     }
 
     bool OnLayer(const AcDbBlockReference& reference) {
@@ -286,8 +285,12 @@ struct CBlockCounter::State {
         return false;
     }
 
+    bool Counts(const AcDbBlockReference& reference, NameMatch match) {
+        return NameAskedFor(reference, match) && OnLayer(reference) && MeetsCondition(reference);
+    }
     bool Counts(const AcDbBlockReference& reference) {
-        return NameAskedFor(reference) && OnLayer(reference) && MeetsCondition(reference);
+        auto it = recordMatches.find(reference.blockTableRecord());
+        return it != recordMatches.end() && Counts(reference, it->second);
     }
 
     // What a block holds that counts, through every level. Blocks that hold
@@ -395,11 +398,9 @@ struct CBlockCounter::State {
                 AcDbObjectId owner = reference->ownerId();
                 bool inSpace = IsLayout(owner);
                 if (!inSpace && !query.nested) continue;
-                // A reference to a record asked for by name needs no look-up of its name.
+                // The record's match is known here: no look-up of it per reference.
                 const AcDbBlockReference& placed = *reference.object();
-                bool counts = match == NameMatch::kYes && placed.blockTableRecord() == recordId
-                                  ? OnLayer(placed) && MeetsCondition(placed)
-                                  : Counts(placed);
+                bool counts = placed.blockTableRecord() == recordId ? Counts(placed, match) : Counts(placed);
                 if (!counts) continue;
                 if (inSpace) {
                     total = Plus(total, 1);

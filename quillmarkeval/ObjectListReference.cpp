@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <utility>
 #include <cwctype>
+#include <string_view>
+#include <utility>
 
 namespace {
 
@@ -107,6 +108,10 @@ CString ObjectListDataText(const CString& text, const std::vector<ObjectListHand
 
 namespace {
 
+// The words around the handles in the data item's text.
+constexpr std::wstring_view kDataHead = L"Object(<";
+constexpr std::wstring_view kDataTail = L">)";
+
 // Where the handles stand in the list's text, one piece from the first to
 // the last.
 std::pair<int, size_t> HandlesPiece(const std::vector<ObjectListHandle>& handles) {
@@ -119,13 +124,11 @@ std::pair<int, size_t> HandlesPiece(const std::vector<ObjectListHandle>& handles
 
 bool IsObjectListDataText(const ACHAR* data, const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
     if (!data || !text) return false;
-    static const wchar_t kHead[] = L"Object(<";
-    static const wchar_t kTail[] = L">)";
-    const size_t head = wcslen(kHead), tail = wcslen(kTail);
     auto [first, listLength] = HandlesPiece(handles);
-    if (wcslen(data) != head + listLength + tail) return false;
-    return wmemcmp(data, kHead, head) == 0 && wmemcmp(data + head, text + first, listLength) == 0 &&
-           wmemcmp(data + head + listLength, kTail, tail) == 0;
+    std::wstring_view kept(data);
+    return kept.size() == kDataHead.size() + listLength + kDataTail.size() && kept.starts_with(kDataHead) &&
+           kept.substr(kDataHead.size(), listLength) == std::wstring_view(text + first, listLength) &&
+           kept.ends_with(kDataTail);
 }
 
 CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle>& handles) {
@@ -135,9 +138,9 @@ CString ObjectListDataText(const ACHAR* text, const std::vector<ObjectListHandle
     // for the closing brackets.
     auto [first, listLength] = HandlesPiece(handles);
     std::wstring data;
-    data.reserve(listLength + 10);
-    data = L"Object(<";
+    data.reserve(kDataHead.size() + listLength + kDataTail.size());
+    data = kDataHead;
     if (!handles.empty()) data.append(text + first, listLength);
-    data += L">)";
+    data += kDataTail;
     return CString(std::move(data));
 }

@@ -148,44 +148,25 @@ public:
     std::shared_ptr<const T> Shared(char kind, std::string_view raw, Make&& make) {
         // Looked up by the raw text where it lies: a text that is found
         // again, the common case, is neither copied nor allocated.
-        auto found = m_shared.find(SharedKeyView{kind, raw});
-        if (found != m_shared.end()) return std::static_pointer_cast<const T>(found->second);
+        SharedOfKind& texts = m_shared[kind];
+        auto found = texts.find(raw);
+        if (found != texts.end()) return std::static_pointer_cast<const T>(found->second);
         auto made = std::make_shared<const T>(make());
         if (m_sharedBytes + raw.size() + 1 <= kSharedBudget) {
-            m_sharedBytes += raw.size() + 1;
-            m_shared.emplace(SharedKey{kind, std::string(raw)}, made);
+            m_sharedBytes += raw.size() + 1;  // with its kind, as it was counted
+            texts.emplace(std::string(raw), made);
         }
         return made;
     }
 
 private:
-    struct SharedKey {
-        char kind;
-        std::string raw;
-    };
-    struct SharedKeyView {
-        char kind;
-        std::string_view raw;
-    };
-    struct SharedKeyHash {
+    struct TextHash {
         using is_transparent = void;
-        size_t operator()(const SharedKeyView& key) const {
-            return std::hash<std::string_view>()(key.raw) ^ static_cast<unsigned char>(key.kind);
-        }
-        size_t operator()(const SharedKey& key) const { return (*this)(SharedKeyView{key.kind, key.raw}); }
+        size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
-    struct SharedKeyEqual {
-        using is_transparent = void;
-        static SharedKeyView View(const SharedKey& key) { return {key.kind, key.raw}; }
-        static SharedKeyView View(const SharedKeyView& key) { return key; }
-        template <class A, class B>
-        bool operator()(const A& a, const B& b) const {
-            SharedKeyView x = View(a), y = View(b);
-            return x.kind == y.kind && x.raw == y.raw;
-        }
-    };
+    using SharedOfKind = std::unordered_map<std::string, std::shared_ptr<const void>, TextHash, std::equal_to<>>;
     static constexpr size_t kSharedBudget = 64u << 20;
-    std::unordered_map<SharedKey, std::shared_ptr<const void>, SharedKeyHash, SharedKeyEqual> m_shared;
+    std::unordered_map<char, SharedOfKind> m_shared;  // by kind, then by raw text
     size_t m_sharedBytes = 0;
 };
 

@@ -14,10 +14,6 @@ constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Names are short and mostly differ at once: the first byte decides most.
-bool Same(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && (a.empty() || (a[0] == b[0] && a.substr(1) == b.substr(1)));
-}
 bool IsNameStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
 bool IsNameChar(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-'; }
 
@@ -310,13 +306,13 @@ PlainXmlReader::Step PlainXmlReader::StartTag(char* data, size_t size, size_t& a
         }
         for (size_t j = 0; j < k; ++j) {
             const Attribute& b = m_attributes[j];
-            if (Same(nameOf(a), nameOf(b))) return undo();
+            if (nameOf(a) == nameOf(b)) return undo();
             // The same local name under two prefixes may be the same name.
             auto local = [&](const Attribute& x) {
                 size_t from = x.colon == kNone ? x.name : x.colon + 1;
                 return std::string_view(data + from, x.nameEnd - from);
             };
-            if (!declaration && !isDeclaration(b) && Same(local(a), local(b))) return undo();
+            if (!declaration && !isDeclaration(b) && local(a) == local(b)) return undo();
         }
     }
 
@@ -360,7 +356,7 @@ PlainXmlReader::Step PlainXmlReader::EndTag(char* data, size_t size, size_t& at)
     if (i >= size) return Step::kIncomplete;
     if (data[i] != '>') return Step::kNotPlain;
     std::string_view name(data + at + 2, nameEnd - at - 2);
-    if (m_nameStarts.empty() || !Same(std::string_view(m_names).substr(m_nameStarts.back()), name)) return Step::kNotPlain;
+    if (m_nameStarts.empty() || std::string_view(m_names).substr(m_nameStarts.back()) != name) return Step::kNotPlain;
     int depth = static_cast<int>(m_nameStarts.size());
     size_t localStart = colon == kNone ? at + 2 : colon + 1;
     std::string_view local(data + localStart, nameEnd - localStart);

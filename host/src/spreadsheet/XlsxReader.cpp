@@ -456,18 +456,10 @@ public:
             m_inline.Clear();
             m_type = Type::kNumber;
             m_style = 0;
-            // A cell's attributes in one look (a sheet has a million cells):
-            // t, s and r, the first of a name counting.
-            const char *type = nullptr, *style = nullptr, *r = nullptr;
-            for (int i = 0; attributes[i]; i += 2) {
-                const char* attribute = attributes[i];
-                if (attribute[0] == '\0' || attribute[1] != '\0') continue;
-                const char*& slot = attribute[0] == 't' ? type : attribute[0] == 's' ? style : r;
-                if (!slot && (attribute[0] == 't' || attribute[0] == 's' || attribute[0] == 'r')) slot = attributes[i + 1];
-            }
-            if (type) m_type = TypeOf(type);
-            if (style) ParseNumber(style, m_style);
+            if (const char* type = XmlAttribute(attributes, "t")) m_type = TypeOf(type);
+            if (const char* style = XmlAttribute(attributes, "s")) ParseNumber(style, m_style);
             std::uint32_t row = 0, column = 0;
+            const char* r = XmlAttribute(attributes, "r");
             if (r && ParseCellName(std::string_view(r), row, column)) {
                 m_row = row;
                 m_column = column;
