@@ -137,9 +137,19 @@ bool Hive::Ready() {
     // Readers never wait for a writer, and writers only for each other. A
     // commit is safe from a killed process at once, and on the disk at the
     // log's next checkpoint.
+    // Two hosts that start at once on a new store both turn its log on; the
+    // one that comes second is told the store is busy without waiting for
+    // it, and tries again.
     char* error = nullptr;
-    if (sqlite3_exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL", nullptr, nullptr, &error) !=
-        SQLITE_OK) {
+    int code = SQLITE_OK;
+    for (int attempt = 0; attempt < kWriteAttempts; ++attempt) {
+        if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+        sqlite3_free(error);
+        error = nullptr;
+        code = sqlite3_exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL", nullptr, nullptr, &error);
+        if (code == SQLITE_OK || !Busy(sqlite3_extended_errcode(m_db))) break;
+    }
+    if (code != SQLITE_OK) {
         std::wstring why = FromUtf8(error ? error : sqlite3_errmsg(m_db));
         sqlite3_free(error);
         return unusable(why);
