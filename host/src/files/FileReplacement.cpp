@@ -7,6 +7,7 @@
 
 #include <cctype>
 #include <cerrno>
+#include <algorithm>
 #include <cstring>
 #include <random>
 
@@ -70,6 +71,19 @@ void RemoveLeftovers(const std::filesystem::path& folder, const std::filesystem:
         if (::lstat(leftover.c_str(), &status) == 0 && S_ISREG(status.st_mode)) ::unlink(leftover.c_str());
     }
     ::closedir(listing);
+}
+
+bool WriteAll(int fd, const char* data, size_t size) {
+    while (size > 0) {
+        ssize_t written = ::write(fd, data, size);
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        data += written;
+        size -= static_cast<size_t>(written);
+    }
+    return true;
 }
 
 void SyncFolder(const std::filesystem::path& folder) {
@@ -170,11 +184,63 @@ bool FileReplacement::OpenNewFile() {
         Fail(L"cannot write in its folder (" + Reason(errno) + L")");
         return false;
     }
-    m_stream = ::fdopen(m_fd, "wb");
+    // The old file, to compare with; one that cannot be read is replaced
+    // without comparing.
+    if (m_old && m_old->st_size > 0) {
+        m_oldFd = ::open(m_target.c_str(), O_RDONLY | O_CLOEXEC);
+        m_comparing = m_oldFd >= 0;
+    }
+    cookie_io_functions_t functions{};
+    functions.write = &FileReplacement::WriteToStream;
+    m_stream = ::fopencookie(this, "wb", functions);
     if (!m_stream) {
         Fail(L"cannot write in its folder (" + Reason(errno) + L")");
         return false;
     }
+    return true;
+}
+
+ssize_t FileReplacement::WriteToStream(void* self, const char* data, size_t size) {
+    auto* replacement = static_cast<FileReplacement*>(self);
+    if (replacement->m_comparing) {
+        if (replacement->Matches(data, size)) {
+            replacement->m_same += static_cast<off_t>(size);
+            return static_cast<ssize_t>(size);
+        }
+        if (!replacement->StopComparing()) return -1;
+    }
+    return WriteAll(replacement->m_fd, data, size) ? static_cast<ssize_t>(size) : -1;
+}
+
+bool FileReplacement::Matches(const char* data, size_t size) {
+    if (m_same + static_cast<off_t>(size) > m_old->st_size) return false;
+    m_oldBytes.resize(size);
+    size_t have = 0;
+    while (have < size) {
+        ssize_t got = ::pread(m_oldFd, m_oldBytes.data() + have, size - have, m_same + static_cast<off_t>(have));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        have += static_cast<size_t>(got);
+    }
+    return std::memcmp(m_oldBytes.data(), data, size) == 0;
+}
+
+bool FileReplacement::StopComparing() {
+    m_comparing = false;
+    off_t at = 0;
+    while (at < m_same) {
+        size_t piece = static_cast<size_t>(std::min<off_t>(m_same - at, 1 << 20));
+        m_oldBytes.resize(piece);
+        ssize_t got = ::pread(m_oldFd, m_oldBytes.data(), piece, at);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) {
+            if (got == 0) errno = EIO;  // the old file was cut meanwhile
+            return false;
+        }
+        if (!WriteAll(m_fd, m_oldBytes.data(), static_cast<size_t>(got))) return false;
+        at += got;
+    }
+    std::string().swap(m_oldBytes);
     return true;
 }
 
@@ -238,6 +304,18 @@ bool FileReplacement::Commit() {
         Fail(L"the new content could not be written (" + Reason(errno) + L"); the file is unchanged");
         return false;
     }
+    struct stat now {};
+    if (m_comparing && m_same == m_old->st_size && ::fstat(m_oldFd, &now) == 0 && now.st_size == m_same) {
+        // The old file holds the new content already.
+        Discard();
+        m_committed = true;
+        m_unchanged = true;
+        return true;
+    }
+    if (m_comparing && !StopComparing()) {
+        Fail(L"the new content could not be written (" + Reason(errno) + L"); the file is unchanged");
+        return false;
+    }
     if (!CopyOwnership()) return false;
     if (::fsync(m_fd) != 0) {
         Fail(L"the new content could not be written (" + Reason(errno) + L"); the file is unchanged");
@@ -245,9 +323,8 @@ bool FileReplacement::Commit() {
     }
     if (!PutInPlace()) return false;
     SyncFolder(m_folder);
-    std::fclose(m_stream);
-    m_stream = nullptr;
-    m_fd = -1;
+    m_hiddenName.clear();
+    Discard();
     m_committed = true;
     return true;
 }
@@ -256,10 +333,14 @@ void FileReplacement::Discard() {
     if (m_stream) {
         std::fclose(m_stream);
         m_stream = nullptr;
-        m_fd = -1;
-    } else if (m_fd >= 0) {
+    }
+    if (m_fd >= 0) {
         ::close(m_fd);
         m_fd = -1;
+    }
+    if (m_oldFd >= 0) {
+        ::close(m_oldFd);
+        m_oldFd = -1;
     }
     if (!m_hiddenName.empty()) {
         ::unlink(m_hiddenName.c_str());

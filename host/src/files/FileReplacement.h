@@ -9,6 +9,11 @@
 // is not a regular file (a folder, a device, a pipe) is never replaced, nor is
 // a file marked read-only. Other hard links to the old file keep the old
 // content: the name that was saved to is the only one that takes the new.
+//
+// New content that is the old file's byte for byte leaves the file as it was
+// (its time, its links): while the content written so far matches the old
+// file it is only compared, and it goes to the new file from the first byte
+// that differs, with the old file's equal part before it.
 #pragma once
 
 #include <sys/stat.h>
@@ -42,6 +47,9 @@ public:
     // Whether the new content has no name while it is written (false where
     // the file system has no unnamed files and a hidden name stands in).
     bool Unnamed() const { return m_unnamed; }
+    // After a commit: whether the new content was the old file's, which was
+    // then left untouched.
+    bool Unchanged() const { return m_unchanged; }
 
 private:
     bool Prepare();
@@ -50,6 +58,12 @@ private:
     bool PutInPlace();
     void Fail(const std::wstring& why);
     void Discard();
+    // The stream's writes: compared with the old file while they match it.
+    static ssize_t WriteToStream(void* self, const char* data, size_t size);
+    bool Matches(const char* data, size_t size);
+    // Writes the old file's first bytes, which the new content shares, into
+    // the new file; from then on the content is written, not compared.
+    bool StopComparing();
 
     std::filesystem::path m_given;
     std::filesystem::path m_target;
@@ -57,6 +71,11 @@ private:
     std::optional<struct stat> m_old;  // the file replaced, when there is one
     std::FILE* m_stream = nullptr;
     int m_fd = -1;
+    int m_oldFd = -1;        // the old file, read while comparing
+    bool m_comparing = false;
+    off_t m_same = 0;        // how much of the new content is the old file's
+    std::string m_oldBytes;  // a piece of the old file, to compare with
+    bool m_unchanged = false;
     bool m_unnamed = false;
     std::filesystem::path m_hiddenName;  // the fallback's named new file
     bool m_committed = false;

@@ -6,6 +6,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <set>
 
 #include "files/FileReplacement.h"
@@ -180,6 +181,71 @@ TEST_F(FileReplacementTest, NothingIsLeftBesideTheFileWhetherOrNotItIsReplaced) 
     }
     EXPECT_EQ(qmtest::ReadText(path), "new");
     EXPECT_EQ(Names(folder), std::set<std::string>{"drawing.dxf"});
+}
+
+// New content is compared with the old file while it matches, and written
+// from the first byte that differs, the old file's equal part first: the
+// file ends with exactly the new content, whichever piece differs and in
+// whatever pieces it comes; content the file holds already leaves it alone.
+TEST_F(FileReplacementTest, ContentTheFileHoldsLeavesItAloneAndAnyOtherReplacesIt) {
+    fs::path path = Folder() / "drawing.dxf";
+    std::string old;
+    for (int i = 0; old.size() < 300000; ++i) old += "line " + std::to_string(i) + "\n";
+    auto changedAt = [&](size_t at) {
+        std::string text = old;
+        text[at] = '#';
+        return text;
+    };
+    struct Case {
+        const char* name;
+        std::string old, content;
+        bool unchanged;
+    };
+    const Case cases[] = {
+        {"the same", old, old, true},
+        {"the first byte differs", old, changedAt(0), false},
+        {"a byte in the middle differs", old, changedAt(150001), false},
+        {"the last byte differs", old, changedAt(old.size() - 1), false},
+        {"shorter by a byte", old, old.substr(0, old.size() - 1), false},
+        {"longer by a byte", old, old + "x", false},
+        {"empty", old, "", false},
+        {"into an empty file", "", old, false},
+        {"empty into an empty file", "", "", true},
+    };
+    for (const size_t piece : {size_t{1}, size_t{4096}, size_t{65537}, size_t{1} << 20}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(c.name) + ", in pieces of " + std::to_string(piece));
+            qmtest::WriteText(path, c.old);
+            struct stat before = Status(path);
+            {
+                cadhost::FileReplacement replacement(path);
+                ASSERT_NE(replacement.Stream(), nullptr) << cadhost::ToUtf8(replacement.Error());
+                for (size_t at = 0; at < c.content.size(); at += piece)
+                    ASSERT_EQ(std::fwrite(c.content.data() + at, 1, std::min(piece, c.content.size() - at),
+                                          replacement.Stream()),
+                              std::min(piece, c.content.size() - at));
+                ASSERT_TRUE(replacement.Commit()) << cadhost::ToUtf8(replacement.Error());
+                EXPECT_EQ(replacement.Unchanged(), c.unchanged && !c.old.empty());
+            }
+            EXPECT_EQ(qmtest::ReadText(path), c.content);
+            // A file left alone is the same file; a replaced one a new one.
+            EXPECT_EQ(Status(path).st_ino == before.st_ino, c.unchanged && !c.old.empty());
+            EXPECT_EQ(Names(path.parent_path()), std::set<std::string>{"drawing.dxf"});
+        }
+    }
+}
+
+// A drawing saved again without a change keeps its file and its time.
+TEST_F(FileReplacementTest, SavingAnUnchangedDrawingKeepsItsFile) {
+    fs::path path = Folder() / "drawing.dxf";
+    std::string error;
+    ASSERT_TRUE(Save(path, error)) << error;
+    struct stat first = Status(path);
+    ASSERT_TRUE(Save(path, error)) << error;
+    struct stat second = Status(path);
+    EXPECT_EQ(second.st_ino, first.st_ino);
+    EXPECT_EQ(second.st_mtim.tv_sec, first.st_mtim.tv_sec);
+    EXPECT_EQ(second.st_mtim.tv_nsec, first.st_mtim.tv_nsec);
 }
 
 // A save killed between naming its new file and the rename leaves it under
