@@ -32,6 +32,7 @@
 
 #include "AcadDatabase.h"
 #include "EvaluatorLoader.h"
+#include "app/HugePageHeap.h"
 #include "app/Host.h"
 #include "core/Utf8.h"
 
@@ -174,6 +175,8 @@ void BuildFlat(AcDbDatabase* db, long total) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // As the host program starts.
+    cadhost::StartWithHugePageHeap(argv);
     if (argc < 2) {
         std::cerr << "usage: bench_BlockCountBench OUT.dxf [REFERENCES] [SNAPSHOT]\n";
         return 2;

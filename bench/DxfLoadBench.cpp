@@ -12,6 +12,7 @@
 #include <iostream>
 #include <string>
 
+#include "app/HugePageHeap.h"
 #include "core/Utf8.h"
 #include "db/DatabaseImpl.h"
 
@@ -30,6 +31,8 @@ long long PeakBytes() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // As the host program starts.
+    cadhost::StartWithHugePageHeap(argv);
     if (argc < 2) {
         std::cerr << "usage: bench_DxfLoadBench FILE [--save OUT]\n";
         return 2;

@@ -37,6 +37,7 @@
 #include <vector>
 
 #include "HostResource.h"
+#include "app/HugePageHeap.h"
 #include "app/Host.h"
 #include "core/Utf8.h"
 #include "ui/Controls.h"
@@ -157,6 +158,8 @@ bool Check(const std::wstring& why, const char* what) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // As the host program starts.
+    cadhost::StartWithHugePageHeap(argv);
     if (argc < 2) {
         std::cerr << "usage: bench_MeasurePageBench FOLDER [OBJECTS] [PICKED]\n";
         return 2;

@@ -21,6 +21,7 @@
 #include <sstream>
 #include <string>
 
+#include "app/HugePageHeap.h"
 #include "app/Host.h"
 #include "core/Utf8.h"
 #include "fields/FieldUpdate.h"
@@ -44,6 +45,8 @@ struct Phase {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // As the host program starts.
+    cadhost::StartWithHugePageHeap(argv);
     if (argc < 3) {
         std::cerr << "usage: bench_TextFileUpdatePhases DRAWING OUT [PASSES]\n";
         return 2;

@@ -7,6 +7,7 @@
 
 #include "ScriptRunner.h"
 #include "UpdateCommand.h"
+#include "app/HugePageHeap.h"
 #include "app/Modules.h"
 #include "core/Utf8.h"
 
@@ -95,6 +96,7 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    cadhost::StartWithHugePageHeap(argv);
     if (argc >= 2 && std::strcmp(argv[1], "update") == 0)
         return cadhost::RunUpdate(std::vector<std::string>(argv + 2, argv + argc), std::cout, std::cerr);
     Options options;
