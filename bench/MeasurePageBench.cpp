@@ -267,7 +267,8 @@ int main(int argc, char** argv) {
     // parts are given apart as well.
     std::vector<double> times, cpuTimes, readTimes;
     double sum = 0;
-    for (int run = 0; run < 7; ++run) {
+    const int runs = std::getenv("QM_BENCH_RUNS") ? std::max(1, std::atoi(std::getenv("QM_BENCH_RUNS"))) : 7;
+    for (int run = 0; run < runs; ++run) {
         AcDbField field;
         Stopwatch watch;
         field.setFieldCode(fieldCode.c_str());
