@@ -95,6 +95,14 @@ struct ClassIo {
     // function still sees them), also where a file left one out, so that
     // kept groups keep their place.
     std::string_view markers;
+    // The group that holds an object's handle (a dimension style's is 105).
+    int handleCode = 5;
+    // For records of a table the host models: a new, empty table of them,
+    // made for a TABLE whose name is this type; such records are read only
+    // inside their table. recordsFrom2000: files before 2000 have no such
+    // table that the host models (their blocks have no records).
+    AcDbObject* (*createTable)() = nullptr;
+    bool recordsFrom2000 = false;
 };
 
 // The classes of each family, each listed by the file that reads and
