@@ -1,8 +1,14 @@
 # Writes OUTPUT, a source file that holds the texts of FILES (separated by
-# "|", the resource script first) under SYMBOL (cadhost_resource_script when
-# not given). Run with cmake -P by qm_embed_resources.
+# "|", a resource script first) under SYMBOL (cadhost_resource_script when
+# not given), exported from the module unless HIDDEN is set. Run with
+# cmake -P by qm_embed_resources and qm_embed_files.
 if(NOT SYMBOL)
   set(SYMBOL cadhost_resource_script)
+endif()
+if(HIDDEN)
+  set(visibility hidden)
+else()
+  set(visibility default)
 endif()
 string(REPLACE "|" ";" files "${FILES}")
 set(delimiter "qmrc")
@@ -23,6 +29,6 @@ endforeach()
 set(content "// Made by the build from the module's resource script; do not edit.\n")
 string(APPEND content "struct CadhostEmbeddedResourceFile {\n    const char* name;\n    const char* text;\n    unsigned long size;\n};\n\n")
 string(APPEND content "${body}\n")
-string(APPEND content "extern \"C\" __attribute__((visibility(\"default\"), used)) const CadhostEmbeddedResourceFile\n")
+string(APPEND content "extern \"C\" __attribute__((visibility(\"${visibility}\"), used)) const CadhostEmbeddedResourceFile\n")
 string(APPEND content "    ${SYMBOL}[] = {\n${table}    {nullptr, nullptr, 0},\n};\n")
 file(WRITE ${OUTPUT} "${content}")

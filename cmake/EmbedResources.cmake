@@ -31,3 +31,30 @@ function(qm_embed_resources target)
     VERBATIM)
   target_sources(${target} PRIVATE ${output})
 endfunction()
+
+# Data files that travel inside their module as they are (a template the
+# library reads, not a resource script): the build turns them into a source
+# file that holds their bytes under SYMBOL, a table of {name, text, size}
+# that ends with a null name, visible only inside the module.
+#
+#   qm_embed_files(TARGET SYMBOL name FILES file ...)
+function(qm_embed_files target)
+  cmake_parse_arguments(EMBED "" "SYMBOL" "FILES" ${ARGN})
+  if(NOT EMBED_SYMBOL OR NOT EMBED_FILES)
+    message(FATAL_ERROR "qm_embed_files(${target}) needs a SYMBOL and FILES")
+  endif()
+  set(absolute)
+  foreach(file ${EMBED_FILES})
+    get_filename_component(path ${file} ABSOLUTE)
+    list(APPEND absolute ${path})
+  endforeach()
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_${EMBED_SYMBOL}.cpp)
+  string(REPLACE ";" "|" joined "${absolute}")
+  add_custom_command(OUTPUT ${output}
+    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output} -DSYMBOL=${EMBED_SYMBOL} -DHIDDEN=ON
+            -P ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
+    DEPENDS ${absolute} ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
+    COMMENT "Embedding the data files of ${target}"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${output})
+endfunction()

@@ -21,16 +21,25 @@
 //         out.Marker("AcDbField");
 //         out.Text(1, ...);
 //     }
-//     const bool registered = cadhost::dxf::RegisterClass({"FIELD", AcDbField::desc, [] { ... new AcDbField; },
-//                                                          ReadField, nullptr, WriteField, "AcDbField",
-//                                                          "ObjectDBX Classes", 1152, false, "AcDbField"});
+//     constexpr ClassIo kFieldClasses[] = {{.dxfName = "FIELD", .rxClass = AcDbField::desc,
+//                                           .create = Make<AcDbField>, .read = ReadField,
+//                                           .write = WriteField, .cppName = "AcDbField",
+//                                           .appName = "ObjectDBX Classes", .proxyFlags = 1152,
+//                                           .markers = "AcDbField"}};
+//     std::span<const ClassIo> FieldClasses() { return kFieldClasses; }
+//
+// and the family's list function is named once, in the registry's list
+// (Registry.cpp).
 #pragma once
 
 #include <dbmain.h>
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -86,16 +95,49 @@ struct ClassIo {
     // function still sees them), also where a file left one out, so that
     // kept groups keep their place.
     std::string_view markers;
+    // The group that holds an object's handle (a dimension style's is 105).
+    int handleCode = 5;
+    // For records of a table the host models: a new, empty table of them,
+    // made for a TABLE whose name is this type; such records are read only
+    // inside their table. recordsFrom2000: files before 2000 have no such
+    // table that the host models (their blocks have no records).
+    AcDbObject* (*createTable)() = nullptr;
+    bool recordsFrom2000 = false;
 };
 
-// Registers a class; a later registration of the same name replaces the
-// earlier one. Answers true, so that a registration can initialise a
-// constant at load time.
-bool RegisterClass(const ClassIo& io);
-const ClassIo* FindClass(std::string_view dxfName);
-// The registration that writes an object of this class (the nearest
-// registered ancestor); null for classes files do not know.
-const ClassIo* FindClassOf(const AcRxClass* rxClass);
+// The classes of each family, each listed by the file that reads and
+// writes them.
+std::span<const ClassIo> EntityClasses();
+std::span<const ClassIo> SymbolClasses();
+std::span<const ClassIo> FieldClasses();
+std::span<const ClassIo> TableClasses();
+
+// Classes by type name. A name has one class: registering it again is an
+// error, not a replacement.
+class ClassRegistry {
+public:
+    ClassRegistry() = default;
+    ClassRegistry(const ClassRegistry&) = delete;
+    ClassRegistry& operator=(const ClassRegistry&) = delete;
+
+    // Adds a class; false, saying why in error, when its name has no text
+    // or has a class already (which stays).
+    bool Add(const ClassIo& io, std::string& error);
+    const ClassIo* Find(std::string_view dxfName) const;
+    // The registration that writes an object of this class (the nearest
+    // registered ancestor); null for classes files do not know.
+    const ClassIo* FindOf(const AcRxClass* rxClass) const;
+
+private:
+    std::map<std::string, ClassIo, std::less<>> m_byName;
+    mutable std::mutex m_mutex;  // for the cache below, filled as it is asked
+    mutable std::unordered_map<const AcRxClass*, const ClassIo*> m_byClass;
+};
+
+// The host's classes, every family's list, registered on first use.
+const ClassRegistry& Classes();
+inline const ClassIo* FindClass(std::string_view dxfName) { return Classes().Find(dxfName); }
+inline const ClassIo* FindClassOf(const AcRxClass* rxClass) { return Classes().FindOf(rxClass); }
 
 // What a class's read function may ask while it reads one object.
 class ObjectReader {

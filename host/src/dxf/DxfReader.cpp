@@ -271,24 +271,24 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     // The class that reads it, or none: then everything is kept.
     const ClassIo* io = nullptr;
     AcDbObject* object = nullptr;
+    const ClassIo* registered = FindClass(type);
     if (kind == Kind::kTable) {
-        std::string name;
-        for (size_t i = 0; i < m_groups.size(); ++i)
+        // A table the host models is named by the type of its records.
+        const ClassIo* records = nullptr;
+        for (size_t i = 0; i < m_groups.size() && !records; ++i)
             if (m_groups[i].code == 2) {
-                name = std::string(At(i).value);
-                break;
+                records = FindClass(At(i).value);
+                if (!records) break;
             }
-        if (name == "BLOCK_RECORD" && !m_file.IsR12()) object = new AcDbBlockTable;
-        else if (name == "LAYER") object = new AcDbLayerTable;
-        else if (name == "APPID") object = new AcDbRegAppTable;
-        if (object) io = FindClass("TABLE");
+        if (records && records->createTable && !(records->recordsFrom2000 && m_file.IsR12()))
+            object = records->createTable();
+        if (object) io = registered;
         else object = new KeptObject("TABLE");
     } else {
-        io = FindClass(type);
+        io = registered;
         bool fits = io && io->create && io->read &&
                     (kind == Kind::kEntity ? io->isEntity
-                                           : !io->isEntity && (kind == Kind::kRecord) ==
-                                                                  (type == "LAYER" || type == "APPID" || type == "BLOCK_RECORD"));
+                                           : !io->isEntity && (kind == Kind::kRecord) == (io->createTable != nullptr));
         if (!fits) io = nullptr;
         if (io) object = io->create();
         if (!object) {
@@ -299,7 +299,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     }
     std::unique_ptr<AcDbObject> owned(object);
     bool isEntity = kind == Kind::kEntity;
-    int handleCode = type == "DIMSTYLE" ? 105 : 5;
+    int handleCode = registered ? registered->handleCode : 5;
 
     // Its handle first, so that it has an id while its groups are read.
     uint64_t handle = 0;

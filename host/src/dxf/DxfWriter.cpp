@@ -123,7 +123,8 @@ void Writer::WriteObject(const AcDbObject& object, const std::string& type) {
     if (WritesHandle(object, type)) {
         AcDbHandle handle;
         object.getAcDbHandle(handle);
-        out.Known(type == "DIMSTYLE" ? 105 : 5, FormatHandle(handle.value()));
+        const ClassIo* io = FindClass(type);
+        out.Known(io ? io->handleCode : 5, FormatHandle(handle.value()));
     }
     bool entity = AcDbEntity::cast(&object) != nullptr;
     AcDbObjectId owner = object.ownerId();

@@ -782,38 +782,119 @@ void WriteBlockEnd(const AcDbObject&, ObjectWriter& out) { out.Marker("AcDbBlock
 Use ReadNothing(AcDbObject&, const Group&, ObjectReader&) { return Use::kKept; }
 void WriteNothing(const AcDbObject&, ObjectWriter&) {}
 
-const bool registered = [] {
-    RegisterClass({"LINE", AcDbLine::desc, Make<AcDbLine>, ReadLine, nullptr, WriteLine, {}, {}, 0, true, "AcDbLine"});
-    RegisterClass({"CIRCLE", AcDbCircle::desc, Make<AcDbCircle>, ReadRound<AcDbCircle>, FinishRound<AcDbCircle>,
-                   WriteCircle, {}, {}, 0, true, "AcDbCircle"});
-    RegisterClass({"ARC", AcDbArc::desc, Make<AcDbArc>, ReadRound<AcDbArc>, FinishRound<AcDbArc>, WriteArc, {}, {},
-                   0, true, "AcDbCircle|AcDbArc"});
-    RegisterClass({"LWPOLYLINE", AcDbPolyline::desc, Make<AcDbPolyline>, ReadPolyline, FinishPolyline,
-                   WritePolyline, {}, {}, 0, true, "AcDbPolyline"});
-    RegisterClass({"TEXT", AcDbText::desc, Make<AcDbText>, ReadText, FinishText, WriteText, {}, {}, 0, true,
-                   "AcDbText|AcDbText"});
-    RegisterClass({"ATTRIB", AcDbAttribute::desc, Make<AcDbAttribute>, ReadAttribute, FinishText, WriteAttribute,
-                   {}, {}, 0, true, "AcDbText|AcDbAttribute"});
-    RegisterClass({"ATTDEF", AcDbAttributeDefinition::desc, Make<AcDbAttributeDefinition>, ReadDefinition,
-                   FinishText, WriteDefinition, {}, {}, 0, true, "AcDbText|AcDbAttributeDefinition"});
-    RegisterClass({"MTEXT", AcDbMText::desc, Make<AcDbMText>, ReadMText, FinishMText, WriteMText, {}, {}, 0, true,
-                   "AcDbMText"});
-    RegisterClass({"INSERT", AcDbBlockReference::desc, Make<AcDbBlockReference>, ReadInsert, FinishInsert,
-                   WriteInsert, {}, {}, 0, true, "AcDbBlockReference"});
-    RegisterClass({"SOLID", AcDbSolid::desc, Make<AcDbSolid>, ReadSolid, FinishSolid, WriteSolid, {}, {}, 0, true,
-                   "AcDbTrace"});
-    RegisterClass({"VIEWPORT", AcDbViewport::desc, Make<AcDbViewport>, ReadViewport, FinishViewport, WriteViewport,
-                   {}, {}, 0, true, "AcDbViewport"});
-    RegisterClass({"BLOCK", AcDbBlockBegin::desc, Make<AcDbBlockBegin>, ReadBlockBegin, nullptr, WriteBlockBegin,
-                   {}, {}, 0, true, "AcDbBlockBegin"});
-    RegisterClass({"ENDBLK", AcDbBlockEnd::desc, Make<AcDbBlockEnd>, ReadMarker, nullptr, WriteBlockEnd, {}, {}, 0,
-                   true, "AcDbBlockEnd"});
-    RegisterClass({"SEQEND", AcDbSequenceEnd::desc, Make<AcDbSequenceEnd>, ReadNothing, nullptr, WriteNothing, {},
-                   {}, 0, true});
-    return true;
-}();
+constexpr ClassIo kEntityClasses[] = {
+    {.dxfName = "LINE",
+     .rxClass = AcDbLine::desc,
+     .create = Make<AcDbLine>,
+     .read = ReadLine,
+     .write = WriteLine,
+     .isEntity = true,
+     .markers = "AcDbLine"},
+    {.dxfName = "CIRCLE",
+     .rxClass = AcDbCircle::desc,
+     .create = Make<AcDbCircle>,
+     .read = ReadRound<AcDbCircle>,
+     .finish = FinishRound<AcDbCircle>,
+     .write = WriteCircle,
+     .isEntity = true,
+     .markers = "AcDbCircle"},
+    {.dxfName = "ARC",
+     .rxClass = AcDbArc::desc,
+     .create = Make<AcDbArc>,
+     .read = ReadRound<AcDbArc>,
+     .finish = FinishRound<AcDbArc>,
+     .write = WriteArc,
+     .isEntity = true,
+     .markers = "AcDbCircle|AcDbArc"},
+    {.dxfName = "LWPOLYLINE",
+     .rxClass = AcDbPolyline::desc,
+     .create = Make<AcDbPolyline>,
+     .read = ReadPolyline,
+     .finish = FinishPolyline,
+     .write = WritePolyline,
+     .isEntity = true,
+     .markers = "AcDbPolyline"},
+    {.dxfName = "TEXT",
+     .rxClass = AcDbText::desc,
+     .create = Make<AcDbText>,
+     .read = ReadText,
+     .finish = FinishText,
+     .write = WriteText,
+     .isEntity = true,
+     .markers = "AcDbText|AcDbText"},
+    {.dxfName = "ATTRIB",
+     .rxClass = AcDbAttribute::desc,
+     .create = Make<AcDbAttribute>,
+     .read = ReadAttribute,
+     .finish = FinishText,
+     .write = WriteAttribute,
+     .isEntity = true,
+     .markers = "AcDbText|AcDbAttribute"},
+    {.dxfName = "ATTDEF",
+     .rxClass = AcDbAttributeDefinition::desc,
+     .create = Make<AcDbAttributeDefinition>,
+     .read = ReadDefinition,
+     .finish = FinishText,
+     .write = WriteDefinition,
+     .isEntity = true,
+     .markers = "AcDbText|AcDbAttributeDefinition"},
+    {.dxfName = "MTEXT",
+     .rxClass = AcDbMText::desc,
+     .create = Make<AcDbMText>,
+     .read = ReadMText,
+     .finish = FinishMText,
+     .write = WriteMText,
+     .isEntity = true,
+     .markers = "AcDbMText"},
+    {.dxfName = "INSERT",
+     .rxClass = AcDbBlockReference::desc,
+     .create = Make<AcDbBlockReference>,
+     .read = ReadInsert,
+     .finish = FinishInsert,
+     .write = WriteInsert,
+     .isEntity = true,
+     .markers = "AcDbBlockReference"},
+    {.dxfName = "SOLID",
+     .rxClass = AcDbSolid::desc,
+     .create = Make<AcDbSolid>,
+     .read = ReadSolid,
+     .finish = FinishSolid,
+     .write = WriteSolid,
+     .isEntity = true,
+     .markers = "AcDbTrace"},
+    {.dxfName = "VIEWPORT",
+     .rxClass = AcDbViewport::desc,
+     .create = Make<AcDbViewport>,
+     .read = ReadViewport,
+     .finish = FinishViewport,
+     .write = WriteViewport,
+     .isEntity = true,
+     .markers = "AcDbViewport"},
+    {.dxfName = "BLOCK",
+     .rxClass = AcDbBlockBegin::desc,
+     .create = Make<AcDbBlockBegin>,
+     .read = ReadBlockBegin,
+     .write = WriteBlockBegin,
+     .isEntity = true,
+     .markers = "AcDbBlockBegin"},
+    {.dxfName = "ENDBLK",
+     .rxClass = AcDbBlockEnd::desc,
+     .create = Make<AcDbBlockEnd>,
+     .read = ReadMarker,
+     .write = WriteBlockEnd,
+     .isEntity = true,
+     .markers = "AcDbBlockEnd"},
+    {.dxfName = "SEQEND",
+     .rxClass = AcDbSequenceEnd::desc,
+     .create = Make<AcDbSequenceEnd>,
+     .read = ReadNothing,
+     .write = WriteNothing,
+     .isEntity = true},
+};
 
 }  // namespace
+
+std::span<const ClassIo> EntityClasses() { return kEntityClasses; }
 
 // Shared with the table's reader and writer.
 Use ReadBlockReferencePart(AcDbBlockReference& reference, const Group& g, ObjectReader& in) {

@@ -696,9 +696,21 @@ void WriteField(const AcDbObject& object, ObjectWriter& out) {
     out.Integer(98, static_cast<long long>(m.format.size()));
 }
 
-const bool registered = RegisterClass({"FIELD", AcDbField::desc, [] { return static_cast<AcDbObject*>(new AcDbField); },
-                                       ReadField, FinishField, WriteField, "AcDbField", "ObjectDBX Classes", 1152,
-                                       false, "AcDbField"});
+constexpr ClassIo kFieldClasses[] = {
+    {.dxfName = "FIELD",
+     .rxClass = AcDbField::desc,
+     .create = [] { return static_cast<AcDbObject*>(new AcDbField); },
+     .read = ReadField,
+     .finish = FinishField,
+     .write = WriteField,
+     .cppName = "AcDbField",
+     .appName = "ObjectDBX Classes",
+     .proxyFlags = 1152,
+     .markers = "AcDbField"},
+};
 
 }  // namespace
+
+std::span<const ClassIo> FieldClasses() { return kFieldClasses; }
+
 }  // namespace cadhost::dxf

@@ -1,57 +1,72 @@
-#include <map>
-#include <mutex>
+#include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
 #include <string>
-#include <unordered_map>
 
 #include "dxf/DxfIo.h"
 
 namespace cadhost::dxf {
-namespace {
 
-struct Registry {
-    std::mutex mutex;
-    std::map<std::string, ClassIo, std::less<>> byName;
-    std::unordered_map<const AcRxClass*, const ClassIo*> byClass;  // filled on demand
-};
-
-Registry& TheRegistry() {
-    static Registry registry;
-    return registry;
-}
-
-}  // namespace
-
-bool RegisterClass(const ClassIo& io) {
-    Registry& registry = TheRegistry();
-    std::lock_guard<std::mutex> lock(registry.mutex);
-    registry.byName[std::string(io.dxfName)] = io;
-    registry.byClass.clear();
+bool ClassRegistry::Add(const ClassIo& io, std::string& error) {
+    if (io.dxfName.empty()) {
+        error = "a DXF class needs a type name";
+        return false;
+    }
+    auto [it, added] = m_byName.try_emplace(std::string(io.dxfName), io);
+    if (!added) {
+        error = "the DXF type " + std::string(io.dxfName) + " is registered twice";
+        return false;
+    }
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_byClass.clear();
     return true;
 }
 
-const ClassIo* FindClass(std::string_view dxfName) {
-    Registry& registry = TheRegistry();
-    std::lock_guard<std::mutex> lock(registry.mutex);
-    auto it = registry.byName.find(dxfName);
-    return it == registry.byName.end() ? nullptr : &it->second;
+const ClassIo* ClassRegistry::Find(std::string_view dxfName) const {
+    auto it = m_byName.find(dxfName);
+    return it == m_byName.end() ? nullptr : &it->second;
 }
 
-const ClassIo* FindClassOf(const AcRxClass* rxClass) {
-    Registry& registry = TheRegistry();
-    std::lock_guard<std::mutex> lock(registry.mutex);
-    auto cached = registry.byClass.find(rxClass);
-    if (cached != registry.byClass.end()) return cached->second;
+const ClassIo* ClassRegistry::FindOf(const AcRxClass* rxClass) const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    auto cached = m_byClass.find(rxClass);
+    if (cached != m_byClass.end()) return cached->second;
     const ClassIo* found = nullptr;
     for (const AcRxClass* c = rxClass; c && !found; c = c->myParent()) {
-        for (const auto& [name, io] : registry.byName) {
+        for (const auto& [name, io] : m_byName) {
             if (io.rxClass && io.rxClass() == c && io.write) {
                 found = &io;
                 break;
             }
         }
     }
-    registry.byClass[rxClass] = found;
+    m_byClass[rxClass] = found;
     return found;
+}
+
+namespace {
+
+// Every family of classes the host reads and writes, in one list.
+struct HostClasses : ClassRegistry {
+    HostClasses() {
+        for (std::span<const ClassIo> family : {EntityClasses(), SymbolClasses(), FieldClasses(), TableClasses()}) {
+            for (const ClassIo& io : family) {
+                std::string error;
+                if (!Add(io, error)) {
+                    // A fault of the host's own lists, which every run meets.
+                    std::fprintf(stderr, "cadhost: %s\n", error.c_str());
+                    std::abort();
+                }
+            }
+        }
+    }
+};
+
+}  // namespace
+
+const ClassRegistry& Classes() {
+    static const HostClasses registry;
+    return registry;
 }
 
 }  // namespace cadhost::dxf

@@ -156,19 +156,46 @@ void WriteDictionary(const AcDbObject& object, ObjectWriter& out) {
     }
 }
 
-const bool registered = [] {
-    RegisterClass({"TABLE", AcDbSymbolTable::desc, nullptr, ReadTable, nullptr, WriteTable, {}, {}, 0, false,
-                   "AcDbSymbolTable"});
-    RegisterClass({"LAYER", AcDbLayerTableRecord::desc, Make<AcDbLayerTableRecord>, ReadLayer, nullptr, WriteLayer,
-                   {}, {}, 0, false, "AcDbSymbolTableRecord|AcDbLayerTableRecord"});
-    RegisterClass({"APPID", AcDbRegAppTableRecord::desc, Make<AcDbRegAppTableRecord>, ReadApp, nullptr, WriteApp, {},
-                   {}, 0, false, "AcDbSymbolTableRecord|AcDbRegAppTableRecord"});
-    RegisterClass({"BLOCK_RECORD", AcDbBlockTableRecord::desc, Make<AcDbBlockTableRecord>, ReadBlockRecord, nullptr,
-                   WriteBlockRecord, {}, {}, 0, false, "AcDbSymbolTableRecord|AcDbBlockTableRecord"});
-    RegisterClass({"DICTIONARY", AcDbDictionary::desc, Make<AcDbDictionary>, ReadDictionary, nullptr,
-                   WriteDictionary, {}, {}, 0, false, "AcDbDictionary"});
-    return true;
-}();
+constexpr ClassIo kSymbolClasses[] = {
+    {.dxfName = "TABLE",
+     .rxClass = AcDbSymbolTable::desc,
+     .read = ReadTable,
+     .write = WriteTable,
+     .markers = "AcDbSymbolTable"},
+    {.dxfName = "LAYER",
+     .rxClass = AcDbLayerTableRecord::desc,
+     .create = Make<AcDbLayerTableRecord>,
+     .read = ReadLayer,
+     .write = WriteLayer,
+     .markers = "AcDbSymbolTableRecord|AcDbLayerTableRecord",
+     .createTable = Make<AcDbLayerTable>},
+    {.dxfName = "APPID",
+     .rxClass = AcDbRegAppTableRecord::desc,
+     .create = Make<AcDbRegAppTableRecord>,
+     .read = ReadApp,
+     .write = WriteApp,
+     .markers = "AcDbSymbolTableRecord|AcDbRegAppTableRecord",
+     .createTable = Make<AcDbRegAppTable>},
+    {.dxfName = "BLOCK_RECORD",
+     .rxClass = AcDbBlockTableRecord::desc,
+     .create = Make<AcDbBlockTableRecord>,
+     .read = ReadBlockRecord,
+     .write = WriteBlockRecord,
+     .markers = "AcDbSymbolTableRecord|AcDbBlockTableRecord",
+     .createTable = Make<AcDbBlockTable>,
+     .recordsFrom2000 = true},
+    // Dimension styles are kept as files have them; their handle is group 105.
+    {.dxfName = "DIMSTYLE", .handleCode = 105},
+    {.dxfName = "DICTIONARY",
+     .rxClass = AcDbDictionary::desc,
+     .create = Make<AcDbDictionary>,
+     .read = ReadDictionary,
+     .write = WriteDictionary,
+     .markers = "AcDbDictionary"},
+};
 
 }  // namespace
+
+std::span<const ClassIo> SymbolClasses() { return kSymbolClasses; }
+
 }  // namespace cadhost::dxf

@@ -186,9 +186,22 @@ void WriteTable(const AcDbObject& object, ObjectWriter& out) {
     }
 }
 
-const bool registered = RegisterClass({"ACAD_TABLE", AcDbTable::desc, [] { return static_cast<AcDbObject*>(new AcDbTable); },
-                                       ReadTable, FinishTable, WriteTable, "AcDbTable", "ObjectDBX Classes", 1025,
-                                       true, "AcDbBlockReference|AcDbTable"});
+constexpr ClassIo kTableClasses[] = {
+    {.dxfName = "ACAD_TABLE",
+     .rxClass = AcDbTable::desc,
+     .create = [] { return static_cast<AcDbObject*>(new AcDbTable); },
+     .read = ReadTable,
+     .finish = FinishTable,
+     .write = WriteTable,
+     .cppName = "AcDbTable",
+     .appName = "ObjectDBX Classes",
+     .proxyFlags = 1025,
+     .isEntity = true,
+     .markers = "AcDbBlockReference|AcDbTable"},
+};
 
 }  // namespace
+
+std::span<const ClassIo> TableClasses() { return kTableClasses; }
+
 }  // namespace cadhost::dxf

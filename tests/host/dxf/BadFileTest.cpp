@@ -390,4 +390,22 @@ TEST_F(BadFileTest, ATableWithoutInsertionPointKeepsAStrayTextPartBehindItsCell)
     EXPECT_NE(written.find("171\n1\n  1\nd\n  2\n 96\n"), std::string::npos) << written;
 }
 
+TEST_F(BadFileTest, ABlockRecordTableInAFileBefore2000IsKeptAsItCame) {
+    // Files before 2000 give blocks no records: a BLOCK_RECORD table there
+    // is not the drawing's block table, and it and its record are written
+    // back as they came.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1009"}, {0, "ENDSEC"}}) +
+                       Dxf({{0, "SECTION"}, {2, "TABLES"}, {0, "TABLE"}, {2, "BLOCK_RECORD"}, {70, "1"},
+                            {0, "BLOCK_RECORD"}, {2, "DOOR"}, {70, "0"}, {0, "ENDTAB"}, {0, "ENDSEC"}}) +
+                       Entities(kLine);
+    std::string written = SavedTwice("r12_block_records", text);
+    EXPECT_NE(written.find("  0\nTABLE\n  2\nBLOCK_RECORD\n 70\n1\n  0\nBLOCK_RECORD\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("  2\nDOOR\n 70\n0\n  0\nENDTAB\n"), std::string::npos) << written;
+    AcDbBlockTable* blocks = nullptr;
+    ASSERT_EQ(db()->getSymbolTable(blocks, AcDb::kForRead), Acad::eOk);
+    EXPECT_FALSE(blocks->has(L"DOOR"));
+    EXPECT_TRUE(blocks->has(ACDB_MODEL_SPACE));
+    blocks->close();
+}
+
 }  // namespace
