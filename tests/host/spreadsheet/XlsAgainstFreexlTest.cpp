@@ -164,7 +164,9 @@ TEST(XlsAgainstFreexlTest, EveryCellLibfreexlGivesIsTheCellTheRecordReaderGives)
             // What the record reader has beside them.
             book->ForEachCell(static_cast<int>(sheet), [&](std::uint32_t row, std::uint32_t column, const Cell&) {
                 std::string where = Where(name, row - 1, column - 1);
-                if (!seen.count(where)) EXPECT_TRUE(c.onlyOurs.count(where)) << where << " is not in libfreexl's cells";
+                if (!seen.count(where)) {
+                    EXPECT_TRUE(c.onlyOurs.count(where)) << where << " is not in libfreexl's cells";
+                }
             });
         }
         EXPECT_EQ(given, c.given);
