@@ -7,6 +7,9 @@
 #include <string>
 
 namespace cadhost {
+
+// Under the address sanitizer the heap is the sanitizer's own.
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
 namespace {
 
 constexpr const char kTunables[] = "GLIBC_TUNABLES";
@@ -31,7 +34,6 @@ void PutBack(const char* callers) {
 }  // namespace
 
 void StartWithHugePageHeap(char** argv) {
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
     if (const char* callers = std::getenv(kCallersTunables)) {
         // The new start: its heap is set up; the caller's environment again.
         std::string saved = callers;
@@ -49,9 +51,9 @@ void StartWithHugePageHeap(char** argv) {
     // Not started again (no /proc): go on as it is.
     unsetenv(kCallersTunables);
     PutBack(callers.c_str());
-#else
-    (void)argv;
-#endif
 }
+#else
+void StartWithHugePageHeap(char**) {}
+#endif
 
 }  // namespace cadhost
