@@ -107,7 +107,13 @@ struct ClassIo {
 
 // The classes of each family, each listed by the file that reads and
 // writes them.
-std::span<const ClassIo> EntityClasses();
+std::span<const ClassIo> LineClasses();            // LineIo.cpp
+std::span<const ClassIo> CurveClasses();           // CurveIo.cpp
+std::span<const ClassIo> PolylineClasses();        // PolylineIo.cpp
+std::span<const ClassIo> TextClasses();            // TextIo.cpp
+std::span<const ClassIo> BlockReferenceClasses();  // BlockReferenceIo.cpp
+std::span<const ClassIo> ViewportClasses();        // ViewportIo.cpp
+std::span<const ClassIo> BlockClasses();           // BlockIo.cpp
 std::span<const ClassIo> SymbolClasses();
 std::span<const ClassIo> FieldClasses();
 std::span<const ClassIo> TableClasses();
@@ -134,6 +140,8 @@ private:
     mutable std::unordered_map<const AcRxClass*, const ClassIo*> m_byClass;
 };
 
+// Every family's list, in the one place that names them (Registry.cpp).
+std::span<const std::span<const ClassIo>> ClassFamilies();
 // The host's classes, every family's list, registered on first use.
 const ClassRegistry& Classes();
 inline const ClassIo* FindClass(std::string_view dxfName) { return Classes().Find(dxfName); }

@@ -1,6 +1,5 @@
 #include <cstdio>
 #include <cstdlib>
-#include <initializer_list>
 #include <string>
 
 #include "dxf/DxfIo.h"
@@ -44,12 +43,19 @@ const ClassIo* ClassRegistry::FindOf(const AcRxClass* rxClass) const {
     return found;
 }
 
+std::span<const std::span<const ClassIo>> ClassFamilies() {
+    // Every family of classes the host reads and writes, in one list.
+    static const std::span<const ClassIo> families[] = {
+        LineClasses(), CurveClasses(), PolylineClasses(), TextClasses(), BlockReferenceClasses(),
+        ViewportClasses(), BlockClasses(), SymbolClasses(), FieldClasses(), TableClasses()};
+    return families;
+}
+
 namespace {
 
-// Every family of classes the host reads and writes, in one list.
 struct HostClasses : ClassRegistry {
     HostClasses() {
-        for (std::span<const ClassIo> family : {EntityClasses(), SymbolClasses(), FieldClasses(), TableClasses()}) {
+        for (std::span<const ClassIo> family : ClassFamilies()) {
             for (const ClassIo& io : family) {
                 std::string error;
                 if (!Add(io, error)) {

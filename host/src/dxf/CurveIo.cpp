@@ -1,0 +1,102 @@
+// Files' groups of the round entities: circles and arcs.
+#include <dbents.h>
+#include <type_traits>
+
+#include "dxf/EntityGroups.h"
+
+namespace cadhost::dxf {
+namespace {
+
+// CIRCLE and ARC ---------------------------------------------------------
+
+template <class T>
+Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
+    auto& curve = static_cast<T&>(object);
+    if (IsMarker(g, "AcDbCircle")) return Use::kKnown;
+    if (IsMarker(g, "AcDbArc")) {
+        in.state |= 2;
+        return Use::kKnown;
+    }
+    if (IsCoordinate(g.code, 10)) {
+        AcGePoint3d p = curve.planeCenter();
+        Use use = Coordinate(p, 10, g, in);
+        curve.setPlaneCenter(p);
+        return use;
+    }
+    if (g.code == 40) {
+        double r = in.Real(g);
+        if (!(r >= 0)) in.Fail(g, "a radius cannot be negative");
+        if (r > 0) curve.setRadius(r);
+        return Use::kKnown;
+    }
+    if (IsCoordinate(g.code, 210)) {
+        Note(object, kHad210);
+        if (in.state & 2) Note(object, kNormalLast);
+        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
+        Use use = Vector(v, 210, g, in);
+        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
+        return use;
+    }
+    if constexpr (std::is_same_v<T, AcDbArc>) {
+        if (g.code == 50) {
+            curve.setDegrees(in.Real(g), curve.endDegrees());
+            return Use::kKnown;
+        }
+        if (g.code == 51) {
+            curve.setDegrees(curve.startDegrees(), in.Real(g));
+            return Use::kKnown;
+        }
+    }
+    return Use::kKept;
+}
+
+template <class T>
+void FinishRound(AcDbObject& object, ObjectReader& in) {
+    if (Had(object, kHad210)) static_cast<T&>(object).setPlaneNormal(Normal(in.scratch));
+}
+
+void WriteCircle(const AcDbObject& object, ObjectWriter& out) {
+    auto& circle = static_cast<const AcDbCircle&>(object);
+    out.Marker("AcDbCircle");
+    out.Point(10, circle.planeCenter());
+    out.Real(40, circle.radius());
+    WriteNormal(out, object, circle.normal());
+}
+
+void WriteArc(const AcDbObject& object, ObjectWriter& out) {
+    auto& arc = static_cast<const AcDbArc&>(object);
+    out.Marker("AcDbCircle");
+    out.Point(10, arc.planeCenter());
+    out.Real(40, arc.radius());
+    bool last = Had(object, kNormalLast);
+    if (!last) WriteNormal(out, object, arc.normal());
+    out.Marker("AcDbArc");
+    out.Real(50, arc.startDegrees());
+    out.Real(51, arc.endDegrees());
+    if (last) WriteNormal(out, object, arc.normal());
+}
+
+constexpr ClassIo kCurveClasses[] = {
+    {.dxfName = "CIRCLE",
+     .rxClass = AcDbCircle::desc,
+     .create = Make<AcDbCircle>,
+     .read = ReadRound<AcDbCircle>,
+     .finish = FinishRound<AcDbCircle>,
+     .write = WriteCircle,
+     .isEntity = true,
+     .markers = "AcDbCircle"},
+    {.dxfName = "ARC",
+     .rxClass = AcDbArc::desc,
+     .create = Make<AcDbArc>,
+     .read = ReadRound<AcDbArc>,
+     .finish = FinishRound<AcDbArc>,
+     .write = WriteArc,
+     .isEntity = true,
+     .markers = "AcDbCircle|AcDbArc"},
+};
+
+}  // namespace
+
+std::span<const ClassIo> CurveClasses() { return kCurveClasses; }
+
+}  // namespace cadhost::dxf

@@ -1,0 +1,70 @@
+// What the files of the entity families share: the bits that remember
+// which optional groups a file wrote, and readers of points and normals.
+#pragma once
+
+#include <dbmain.h>
+
+#include <string>
+
+#include "dxf/DxfIo.h"
+
+namespace cadhost::dxf {
+
+// Bits of AcDbObject::fileGroups: optional groups that the file wrote.
+enum : Adesk::UInt16 {
+    kHad210 = 1 << 0,
+    kHad50 = 1 << 1,
+    kHad41 = 1 << 2,
+    kHad72 = 1 << 3,
+    kHad11 = 1 << 4,
+    kHadVertical = 1 << 5,
+    kHad42 = 1 << 6,
+    kHad43 = 1 << 7,
+    kHad66 = 1 << 8,
+    kHad38 = 1 << 9,
+    kAllWidths = 1 << 10,
+    kAllBulges = 1 << 11,
+    kNormalLast = 1 << 12,  // an arc's normal after its angles, not in its circle part
+};
+
+
+inline void Note(AcDbObject& object, Adesk::UInt16 bit) { object.setFileGroups(object.fileGroups() | bit); }
+inline bool Had(const AcDbObject& object, Adesk::UInt16 bit) { return (object.fileGroups() & bit) != 0; }
+
+// A point read group by group: the base code takes x (and counts), the
+// codes 10 and 20 above it y and z.
+inline Use Coordinate(AcGePoint3d& point, int base, const Group& group, ObjectReader& in) {
+    int axis = (group.code - base) / 10;
+    point[static_cast<unsigned>(axis)] = in.Real(group);
+    return axis == 0 ? Use::kKnown : Use::kContinued;
+}
+
+inline bool IsCoordinate(int code, int base) { return code == base || code == base + 10 || code == base + 20; }
+
+inline Use Vector(AcGeVector3d& vector, int base, const Group& group, ObjectReader& in) {
+    AcGePoint3d p(vector.x, vector.y, vector.z);
+    Use use = Coordinate(p, base, group, in);
+    vector.set(p.x, p.y, p.z);
+    return use;
+}
+
+template <class T>
+AcDbObject* Make() {
+    return new T;
+}
+
+// The normal as a file gives it: a zero vector means the default.
+inline AcGeVector3d Normal(const double* scratch) {
+    AcGeVector3d n(scratch[0], scratch[1], scratch[2]);
+    return n.isZeroLength() ? AcGeVector3d::kZAxis : n.normal();
+}
+
+inline void WriteNormal(ObjectWriter& out, const AcDbObject& object, const AcGeVector3d& normal) {
+    if (Had(object, kHad210) || normal != AcGeVector3d::kZAxis) out.Vector(210, normal);
+}
+
+// The block's name as files write it: the two spaces have names of their
+// own before 2000 (BlockReferenceIo.cpp).
+std::string BlockNameInFile(AcDbObjectId blockId, const FileState& file);
+
+}  // namespace cadhost::dxf
