@@ -106,6 +106,35 @@ private:
     // Reads the object that starts with "0 type" (already read); answers it
     // closed, in the database.
     AcDbObject* ReadObject(const std::string& type, Kind kind, int line);
+    // What the groups every object shares say of the object being read, and
+    // how far its reading has come.
+    struct Frame {
+        const ClassIo* io = nullptr;  // the class that reads it; none: everything is kept
+        AcDbObject* object = nullptr;
+        bool isEntity = false;
+        int handleCode = 5;
+        uint64_t handle = 0;
+        bool hasHandle = false, handleGroup = false, handleLate = false, layerGroup = false;
+        size_t dictionaryGroup = 0;  // the 102 that opens it; the number of groups when there is none
+        bool dictionaryLate = false;
+        bool layerPending = false, handleSeen = false, markerSeen = false, layerSeen = false;
+        bool entityMarkerCounted = false;
+    };
+    // The framing stage: the object, made for its class or kept whole, where
+    // its handle and extension dictionary stand, its markers, and the groups
+    // the reader takes itself (extended data, applications' groups, handle,
+    // owner, markers, an entity's layer); true when the group was taken.
+    AcDbObject* NewObject(const std::string& type, Kind kind, const ClassIo* registered, const ClassIo*& io);
+    void FindHandle(Frame& f);
+    void FindDictionary(Frame& f);
+    void StartMarkers(const Frame& f);
+    bool ReadApplicationGroups(size_t& i, const Frame& f);
+    bool ReadSharedGroup(const Group& g, Frame& f);
+    bool ReadMarker(const Group& g, Frame& f);
+    bool ReadEntityGroup(const Group& g, Frame& f);
+    // The class stage: the group handed to the object's class, and counted
+    // or kept by what it did; answers the code of the last group it took.
+    int ReadClassGroup(const Group& g, int previous, const Frame& f);
     // An entity and what follows it up to its SEQEND.
     AcDbObject* ReadEntity(const std::string& type, int line, AcDbObjectId owner, bool ownerFromFile);
     void ReadFollowers(AcDbObject* parent);
@@ -268,10 +297,56 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     m_hadOwner = false;
     m_attributesFollow = false;
 
-    // The class that reads it, or none: then everything is kept.
-    const ClassIo* io = nullptr;
-    AcDbObject* object = nullptr;
+    Frame f;
     const ClassIo* registered = FindClass(type);
+    std::unique_ptr<AcDbObject> owned(NewObject(type, kind, registered, f.io));
+    f.object = owned.get();
+    f.isEntity = kind == Kind::kEntity;
+    f.handleCode = registered ? registered->handleCode : 5;
+    // Its handle first, so that it has an id while its groups are read.
+    FindHandle(f);
+    FindDictionary(f);
+
+    AcDbObjectId id;
+    Acad::ErrorStatus es = f.hasHandle ? m_impl.Add(id, f.object, f.handle) : m_impl.AddUnnamed(id, f.object);
+    if (es == Acad::eDuplicateKey)
+        throw FileError(line, "handle " + FormatHandle(f.handle) + " of this " + type + " is used by an object before it");
+    if (es != Acad::eOk) throw FileError(line, "the " + type + " cannot be added: " + ToUtf8(acadErrorStatusText(es)));
+    AcDbObject* object = owned.release();
+    id.stub()->fromFile = true;
+
+    StartMarkers(f);
+    // The writer writes a handle and an entity's layer also where the file
+    // had none, and a late handle ahead: they are counted where they will
+    // stand.
+    bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
+    if (writesHandle && (!f.handleGroup || f.handleLate)) ++m_count;
+    if (f.dictionaryGroup != m_groups.size() && f.dictionaryLate) m_count += 3;
+    f.layerPending = f.isEntity && !f.layerGroup;
+    // The code of the last group the class took, else -1: a Y or a text's
+    // next part continues it across groups kept or taken by the reader in
+    // between, as its writer writes them together.
+    int lastTaken = -1;
+    for (size_t i = 0; i < m_groups.size(); ++i) {
+        if (ReadApplicationGroups(i, f)) continue;
+        Group g = At(i);
+        if (ReadSharedGroup(g, f)) continue;
+        lastTaken = ReadClassGroup(g, lastTaken, f);
+    }
+    if (f.io && f.io->finish) f.io->finish(*object, *this);
+    if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);
+    m_kept = KeptGroups();
+    if (!m_hadOwner && !m_file.IsR12()) object->setFileGroups(object->fileGroups() | 0x8000);
+    if (f.isEntity && !f.layerSeen) static_cast<AcDbEntity*>(object)->setLayer(LayerNamed("0"));
+    object->setOwnerId(m_owner);
+    object->close();
+    return object;
+}
+
+AcDbObject* Reader::NewObject(const std::string& type, Kind kind, const ClassIo* registered, const ClassIo*& io) {
+    // The class that reads it, or none: then everything is kept.
+    io = nullptr;
+    AcDbObject* object = nullptr;
     if (kind == Kind::kTable) {
         // A table the host models is named by the type of its records.
         const ClassIo* records = nullptr;
@@ -284,232 +359,214 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
             object = records->createTable();
         if (object) io = registered;
         else object = new KeptObject("TABLE");
-    } else {
-        io = registered;
-        bool fits = io && io->create && io->read &&
-                    (kind == Kind::kEntity ? io->isEntity
-                                           : !io->isEntity && (kind == Kind::kRecord) == (io->createTable != nullptr));
-        if (!fits) io = nullptr;
-        if (io) object = io->create();
-        if (!object) {
-            io = nullptr;
-            object = kind == Kind::kEntity ? static_cast<AcDbObject*>(new KeptEntity(type))
-                                           : static_cast<AcDbObject*>(new KeptObject(type));
-        }
+        return object;
     }
-    std::unique_ptr<AcDbObject> owned(object);
-    bool isEntity = kind == Kind::kEntity;
-    int handleCode = registered ? registered->handleCode : 5;
+    io = registered;
+    bool fits = io && io->create && io->read &&
+                (kind == Kind::kEntity ? io->isEntity
+                                       : !io->isEntity && (kind == Kind::kRecord) == (io->createTable != nullptr));
+    if (!fits) io = nullptr;
+    if (io) object = io->create();
+    if (!object) {
+        io = nullptr;
+        object = kind == Kind::kEntity ? static_cast<AcDbObject*>(new KeptEntity(type))
+                                       : static_cast<AcDbObject*>(new KeptObject(type));
+    }
+    return object;
+}
 
-    // Its handle first, so that it has an id while its groups are read.
-    uint64_t handle = 0;
+void Reader::FindHandle(Frame& f) {
     // A handle after the owner or an application's group is late: the
     // writer puts it before them.
-    bool hasHandle = false, handleGroup = false, layerGroup = false, markerPassed = false, handleLate = false;
-    bool ownerOrApplication = false;
+    bool markerPassed = false, ownerOrApplication = false;
     for (size_t i = 0; i < m_groups.size(); ++i) {
-        if (m_groups[i].code == 8) layerGroup = true;
+        if (m_groups[i].code == 8) f.layerGroup = true;
         if (m_groups[i].code == 100) markerPassed = true;
-        if (markerPassed || handleGroup) continue;
+        if (markerPassed || f.handleGroup) continue;
         if (m_groups[i].code == 330 || m_groups[i].code == 102) ownerOrApplication = true;
-        if (m_groups[i].code == handleCode) {
-            handleLate = ownerOrApplication;
+        if (m_groups[i].code == f.handleCode) {
+            f.handleLate = ownerOrApplication;
             Group g = At(i);
-            if (!ParseHandle(g.value, handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
-            hasHandle = handle != 0;
-            handleGroup = true;
+            if (!ParseHandle(g.value, f.handle)) Fail(g, "a handle was expected, not \"" + Shown(g.value) + "\"");
+            f.hasHandle = f.handle != 0;
+            f.handleGroup = true;
         }
     }
+}
+
+void Reader::FindDictionary(Frame& f) {
     // The writer gives the extension dictionary as three groups after the
     // handle and the applications' groups, ahead of the owner and the first
     // marker; the first group of a file ahead of its first marker that names
     // one is it, and late when other groups come before it. One after a
     // marker is not the object's header and is kept as it stands.
-    size_t dictionaryGroup = m_groups.size();
-    bool dictionaryLate = false;
-    if (!m_file.IsR12()) {
-        bool other = false, handleMet = false;
-        for (size_t i = 0; i < m_groups.size() && dictionaryGroup == m_groups.size(); ++i) {
-            int code = m_groups[i].code;
-            if (code == 100) break;
-            if (code == 102) {
-                size_t end = ApplicationEnd(i);
-                if (end == m_groups.size()) {
-                    other = true;
-                    continue;
-                }
-                if (At(i).value == "{ACAD_XDICTIONARY") {
-                    for (size_t k = i + 1; k < end; ++k)
-                        if (m_groups[k].code == 360) dictionaryGroup = i;
-                    dictionaryLate = other;
-                }
-                i = end;
-                continue;
-            }
-            if (code == handleCode && !handleMet) {
-                handleMet = true;
-                continue;
-            }
-            other = true;
-        }
-    }
-
-    AcDbObjectId id;
-    Acad::ErrorStatus es = hasHandle ? m_impl.Add(id, object, handle) : m_impl.AddUnnamed(id, object);
-    if (es == Acad::eDuplicateKey)
-        throw FileError(line, "handle " + FormatHandle(handle) + " of this " + type + " is used by an object before it");
-    if (es != Acad::eOk) throw FileError(line, "the " + type + " cannot be added: " + ToUtf8(acadErrorStatusText(es)));
-    owned.release();
-    id.stub()->fromFile = true;
-
-    // The subclass markers the object's writer writes, in order; from 2000
-    // on the reader counts them, and counts one the file left out where a
-    // later one shows that it was passed.
-    std::vector<std::string_view>& markers = m_markers;
-    markers.clear();
-    if (isEntity) markers.push_back("AcDbEntity");
-    for (std::string_view list = io ? io->markers : std::string_view(); !list.empty();) {
-        size_t bar = list.find('|');
-        markers.push_back(list.substr(0, bar));
-        list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
-    }
-    size_t& nextMarker = m_nextMarker;
-    nextMarker = 0;
-    // The writer writes a handle and an entity's layer also where the file
-    // had none, and a late handle ahead: they are counted where they will
-    // stand.
-    bool writesHandle = !m_file.IsR12() || (m_file.handles && kind != Kind::kTable);
-    if (writesHandle && (!handleGroup || handleLate)) ++m_count;
-    if (dictionaryGroup != m_groups.size() && dictionaryLate) m_count += 3;
-    bool layerPending = isEntity && !layerGroup;
-    // The code of the last group the class took, else -1: a Y or a text's
-    // next part continues it across groups kept or taken by the reader in
-    // between, as its writer writes them together.
-    int lastTaken = -1;
-    bool handleSeen = false, markerSeen = false, layerSeen = false, entityMarkerCounted = false;
-    for (size_t i = 0; i < m_groups.size(); ++i) {
-        Group g = At(i);
-        int previous = lastTaken;
-        if (g.code >= 1000) {
-            if (g.code == 1001 || g.code == 999) {
-                // The object's own groups after extended data are still its
-                // own; extended data is written after them.
-                size_t end = i;
-                if (ReadXData(i, end, *object)) {
-                    i = end - 1;
-                    continue;
-                }
-                // Extended data that does not read is kept as it stands.
-                size_t k = i;
-                for (; k < m_groups.size() && m_groups[k].code >= 1000; ++k) {
-                    Group x = At(k);
-                    m_kept.Add(m_count, x.code, x.value);
-                }
-                i = k - 1;
-                continue;
-            }
-            m_kept.Add(m_count, g.code, g.value);
-            continue;
-        }
-        if (g.code == 102) {
-            // An application's group, "{NAME" to "}": the extension
-            // dictionary is the host's; any other is kept whole. A 102 that
-            // opens nothing, or opens and never closes, is kept alone.
+    f.dictionaryGroup = m_groups.size();
+    f.dictionaryLate = false;
+    if (m_file.IsR12()) return;
+    bool other = false, handleMet = false;
+    for (size_t i = 0; i < m_groups.size() && f.dictionaryGroup == m_groups.size(); ++i) {
+        int code = m_groups[i].code;
+        if (code == 100) break;
+        if (code == 102) {
             size_t end = ApplicationEnd(i);
             if (end == m_groups.size()) {
-                m_kept.Add(m_count, g.code, g.value);
+                other = true;
                 continue;
             }
-            if (i == dictionaryGroup) {
-                for (size_t k = i + 1; k < end; ++k) {
-                    Group inner = At(k);
-                    if (inner.code == 360) object->mutableExtras().extensionDictionary = Id(inner);
-                }
-                if (!dictionaryLate) m_count += 3;
-            } else {
-                for (size_t k = i; k <= end; ++k) {
-                    Group inner = At(k);
-                    m_kept.Add(m_count, inner.code, inner.value);
-                }
+            if (At(i).value == "{ACAD_XDICTIONARY") {
+                for (size_t k = i + 1; k < end; ++k)
+                    if (m_groups[k].code == 360) f.dictionaryGroup = i;
+                f.dictionaryLate = other;
             }
             i = end;
             continue;
         }
-        if (!markerSeen && !handleSeen && g.code == handleCode) {
-            handleSeen = true;
-            if (!handleLate) ++m_count;
+        if (code == f.handleCode && !handleMet) {
+            handleMet = true;
             continue;
         }
-        if (!markerSeen && !m_hadOwner && g.code == 330 && !m_file.IsR12()) {  // files before 2000 name no owners
-            m_hadOwner = true;
-            m_owner = Id(g);
-            ++m_count;
-            continue;
-        }
-        if (layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
-            ++m_count;
-            layerPending = false;
-        }
-        if (g.code == 100) {
-            markerSeen = true;
-            m_sawMarkers = true;
-            if (!m_file.IsR12()) {
-                if (entityMarkerCounted && g.value == "AcDbEntity") {
-                    entityMarkerCounted = false;  // counted at the layer that came first
-                    continue;
-                }
-                size_t j = nextMarker;
-                while (j < markers.size() && markers[j] != g.value) ++j;
-                if (j == markers.size()) {
-                    m_kept.Add(m_count, g.code, g.value);  // a subclass the host does not read
-                    continue;
-                }
-                m_count += static_cast<uint32_t>(j - nextMarker);
-                nextMarker = j + 1;
-                // The class still sees its markers, which open its parts.
-                if (io && !(isEntity && j == 0)) io->read(*object, g, *this);
-                ++m_count;
-                continue;
-            }
-        }
-        if (isEntity) {
-            if (g.code == 100 && g.value == "AcDbEntity") continue;  // files before 2000 write no markers
-            if (g.code == 66 && g.value.find('1') != std::string_view::npos) {
-                long long follow = 0;
-                if (ParseInteger(g.value, follow) && follow == 1) m_attributesFollow = true;
-            }
-            if (g.code == 8 && !layerSeen) {
-                // The writer puts the entity's marker ahead of its layer,
-                // where a file may have none or give it later.
-                if (nextMarker == 0 && !m_file.IsR12()) {
-                    PassMarker("AcDbEntity");
-                    entityMarkerCounted = true;
-                }
-                layerSeen = true;
-                static_cast<AcDbEntity*>(object)->setLayer(LayerNamed(g.value));
-                ++m_count;
-                continue;
-            }
-        }
-        previousTaken = previous;
-        Use use = io ? io->read(*object, g, *this) : Use::kKept;
-        if (g.code == 100 && use == Use::kKnown) use = Use::kCounted;  // a marker in a file before 2000: none is written
-        // A continuation that does not follow its first part counts on its
-        // own, as its writer will count it.
-        if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;
-        if (use == Use::kKnown) ++m_count;  // kCounted and kContinued stand in places counted before
-        else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
-        else if (use == Use::kKeptAtEnd) m_kept.Add(KeptGroups::kAtEnd, g.code, g.value);
-        if (use != Use::kKept && use != Use::kKeptAtEnd) lastTaken = g.code;
+        other = true;
     }
-    if (io && io->finish) io->finish(*object, *this);
-    if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);
-    m_kept = KeptGroups();
-    if (!m_hadOwner && !m_file.IsR12()) object->setFileGroups(object->fileGroups() | 0x8000);
-    if (isEntity && !layerSeen) static_cast<AcDbEntity*>(object)->setLayer(LayerNamed("0"));
-    object->setOwnerId(m_owner);
-    object->close();
-    return object;
+}
+
+void Reader::StartMarkers(const Frame& f) {
+    // The subclass markers the object's writer writes, in order; from 2000
+    // on the reader counts them, and counts one the file left out where a
+    // later one shows that it was passed.
+    m_markers.clear();
+    if (f.isEntity) m_markers.push_back("AcDbEntity");
+    for (std::string_view list = f.io ? f.io->markers : std::string_view(); !list.empty();) {
+        size_t bar = list.find('|');
+        m_markers.push_back(list.substr(0, bar));
+        list = bar == std::string_view::npos ? std::string_view() : list.substr(bar + 1);
+    }
+    m_nextMarker = 0;
+}
+
+bool Reader::ReadApplicationGroups(size_t& i, const Frame& f) {
+    Group g = At(i);
+    if (g.code >= 1000) {
+        if (g.code == 1001 || g.code == 999) {
+            // The object's own groups after extended data are still its
+            // own; extended data is written after them.
+            size_t end = i;
+            if (ReadXData(i, end, *f.object)) {
+                i = end - 1;
+                return true;
+            }
+            // Extended data that does not read is kept as it stands.
+            size_t k = i;
+            for (; k < m_groups.size() && m_groups[k].code >= 1000; ++k) {
+                Group x = At(k);
+                m_kept.Add(m_count, x.code, x.value);
+            }
+            i = k - 1;
+            return true;
+        }
+        m_kept.Add(m_count, g.code, g.value);
+        return true;
+    }
+    if (g.code != 102) return false;
+    // An application's group, "{NAME" to "}": the extension dictionary is
+    // the host's; any other is kept whole. A 102 that opens nothing, or
+    // opens and never closes, is kept alone.
+    size_t end = ApplicationEnd(i);
+    if (end == m_groups.size()) {
+        m_kept.Add(m_count, g.code, g.value);
+        return true;
+    }
+    if (i == f.dictionaryGroup) {
+        for (size_t k = i + 1; k < end; ++k) {
+            Group inner = At(k);
+            if (inner.code == 360) f.object->mutableExtras().extensionDictionary = Id(inner);
+        }
+        if (!f.dictionaryLate) m_count += 3;
+    } else {
+        for (size_t k = i; k <= end; ++k) {
+            Group inner = At(k);
+            m_kept.Add(m_count, inner.code, inner.value);
+        }
+    }
+    i = end;
+    return true;
+}
+
+bool Reader::ReadSharedGroup(const Group& g, Frame& f) {
+    if (!f.markerSeen && !f.handleSeen && g.code == f.handleCode) {
+        f.handleSeen = true;
+        if (!f.handleLate) ++m_count;
+        return true;
+    }
+    if (!f.markerSeen && !m_hadOwner && g.code == 330 && !m_file.IsR12()) {  // files before 2000 name no owners
+        m_hadOwner = true;
+        m_owner = Id(g);
+        ++m_count;
+        return true;
+    }
+    if (f.layerPending && !(g.code == 100 && g.value == "AcDbEntity")) {
+        ++m_count;
+        f.layerPending = false;
+    }
+    if (g.code == 100) {
+        f.markerSeen = true;
+        m_sawMarkers = true;
+        if (!m_file.IsR12()) return ReadMarker(g, f);
+    }
+    if (f.isEntity) return ReadEntityGroup(g, f);
+    return false;
+}
+
+bool Reader::ReadMarker(const Group& g, Frame& f) {
+    if (f.entityMarkerCounted && g.value == "AcDbEntity") {
+        f.entityMarkerCounted = false;  // counted at the layer that came first
+        return true;
+    }
+    size_t j = m_nextMarker;
+    while (j < m_markers.size() && m_markers[j] != g.value) ++j;
+    if (j == m_markers.size()) {
+        m_kept.Add(m_count, g.code, g.value);  // a subclass the host does not read
+        return true;
+    }
+    m_count += static_cast<uint32_t>(j - m_nextMarker);
+    m_nextMarker = j + 1;
+    // The class still sees its markers, which open its parts.
+    if (f.io && !(f.isEntity && j == 0)) f.io->read(*f.object, g, *this);
+    ++m_count;
+    return true;
+}
+
+bool Reader::ReadEntityGroup(const Group& g, Frame& f) {
+    if (g.code == 100 && g.value == "AcDbEntity") return true;  // files before 2000 write no markers
+    if (g.code == 66 && g.value.find('1') != std::string_view::npos) {
+        long long follow = 0;
+        if (ParseInteger(g.value, follow) && follow == 1) m_attributesFollow = true;
+    }
+    if (g.code == 8 && !f.layerSeen) {
+        // The writer puts the entity's marker ahead of its layer, where a
+        // file may have none or give it later.
+        if (m_nextMarker == 0 && !m_file.IsR12()) {
+            PassMarker("AcDbEntity");
+            f.entityMarkerCounted = true;
+        }
+        f.layerSeen = true;
+        static_cast<AcDbEntity*>(f.object)->setLayer(LayerNamed(g.value));
+        ++m_count;
+        return true;
+    }
+    return false;
+}
+
+int Reader::ReadClassGroup(const Group& g, int previous, const Frame& f) {
+    previousTaken = previous;
+    Use use = f.io ? f.io->read(*f.object, g, *this) : Use::kKept;
+    if (g.code == 100 && use == Use::kKnown) use = Use::kCounted;  // a marker in a file before 2000: none is written
+    // A continuation that does not follow its first part counts on its
+    // own, as its writer will count it.
+    if (use == Use::kContinued && !ContinuesGroup(previous, g.code)) use = Use::kKnown;
+    if (use == Use::kKnown) ++m_count;  // kCounted and kContinued stand in places counted before
+    else if (use == Use::kKept) m_kept.Add(m_count, g.code, g.value);
+    else if (use == Use::kKeptAtEnd) m_kept.Add(KeptGroups::kAtEnd, g.code, g.value);
+    return use != Use::kKept && use != Use::kKeptAtEnd ? g.code : previous;
 }
 
 size_t Reader::ApplicationEnd(size_t i) const {
