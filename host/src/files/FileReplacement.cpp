@@ -73,6 +73,23 @@ void RemoveLeftovers(const std::filesystem::path& folder, const std::filesystem:
     ::closedir(listing);
 }
 
+// Reads size bytes at an offset; false (errno EIO at the file's end) when
+// they are not all there.
+bool ReadAll(int fd, char* into, size_t size, off_t at) {
+    while (size > 0) {
+        ssize_t got = ::pread(fd, into, size, at);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) {
+            if (got == 0) errno = EIO;
+            return false;
+        }
+        into += got;
+        size -= static_cast<size_t>(got);
+        at += got;
+    }
+    return true;
+}
+
 bool WriteAll(int fd, const char* data, size_t size) {
     while (size > 0) {
         ssize_t written = ::write(fd, data, size);
@@ -215,30 +232,17 @@ ssize_t FileReplacement::WriteToStream(void* self, const char* data, size_t size
 bool FileReplacement::Matches(const char* data, size_t size) {
     if (m_same + static_cast<off_t>(size) > m_old->st_size) return false;
     m_oldBytes.resize(size);
-    size_t have = 0;
-    while (have < size) {
-        ssize_t got = ::pread(m_oldFd, m_oldBytes.data() + have, size - have, m_same + static_cast<off_t>(have));
-        if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) return false;
-        have += static_cast<size_t>(got);
-    }
-    return std::memcmp(m_oldBytes.data(), data, size) == 0;
+    return ReadAll(m_oldFd, m_oldBytes.data(), size, m_same) && std::memcmp(m_oldBytes.data(), data, size) == 0;
 }
 
 bool FileReplacement::StopComparing() {
     m_comparing = false;
-    off_t at = 0;
-    while (at < m_same) {
+    for (off_t at = 0; at < m_same;) {
         size_t piece = static_cast<size_t>(std::min<off_t>(m_same - at, 1 << 20));
         m_oldBytes.resize(piece);
-        ssize_t got = ::pread(m_oldFd, m_oldBytes.data(), piece, at);
-        if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) {
-            if (got == 0) errno = EIO;  // the old file was cut meanwhile
-            return false;
-        }
-        if (!WriteAll(m_fd, m_oldBytes.data(), static_cast<size_t>(got))) return false;
-        at += got;
+        // The old file cut meanwhile fails here, and the save with it.
+        if (!ReadAll(m_oldFd, m_oldBytes.data(), piece, at) || !WriteAll(m_fd, m_oldBytes.data(), piece)) return false;
+        at += static_cast<off_t>(piece);
     }
     std::string().swap(m_oldBytes);
     return true;

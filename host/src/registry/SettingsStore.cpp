@@ -56,6 +56,11 @@ bool Busy(int code) {
     return primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
 }
 
+// A little longer before each new attempt, none before the first.
+void WaitBeforeAttempt(int attempt) {
+    if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+}
+
 std::vector<std::wstring> SplitPath(const std::wstring& path) {
     std::vector<std::wstring> parts;
     std::wstring part;
@@ -143,7 +148,7 @@ bool Hive::Ready() {
     char* error = nullptr;
     int code = SQLITE_OK;
     for (int attempt = 0; attempt < kWriteAttempts; ++attempt) {
-        if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+        WaitBeforeAttempt(attempt);
         sqlite3_free(error);
         error = nullptr;
         code = sqlite3_exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL", nullptr, nullptr, &error);
@@ -170,7 +175,7 @@ bool Hive::Ready() {
 bool Hive::Write(const std::function<bool()>& body) {
     int code = SQLITE_OK;
     for (int attempt = 0; attempt < kWriteAttempts; ++attempt) {
-        if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+        WaitBeforeAttempt(attempt);
         code = sqlite3_exec(m_db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
         if (code != SQLITE_OK) {
             code = sqlite3_extended_errcode(m_db);
