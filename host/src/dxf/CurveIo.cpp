@@ -32,10 +32,7 @@ Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
     if (IsCoordinate(g.code, 210)) {
         Note(object, kHad210);
         if (in.state & 2) Note(object, kNormalLast);
-        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Vector(v, 210, g, in);
-        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
-        return use;
+        return ScratchVector(210, g, in);
     }
     if constexpr (std::is_same_v<T, AcDbArc>) {
         if (g.code == 50) {

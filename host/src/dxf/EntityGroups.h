@@ -48,6 +48,15 @@ inline Use Vector(AcGeVector3d& vector, int base, const Group& group, ObjectRead
     return use;
 }
 
+// A vector read group by group into the first three scratch values, where
+// the class's finish step finds it (most entities' normal).
+inline Use ScratchVector(int base, const Group& group, ObjectReader& in) {
+    AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
+    Use use = Vector(v, base, group, in);
+    in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
+    return use;
+}
+
 template <class T>
 AcDbObject* Make() {
     return new T;

@@ -49,10 +49,7 @@ Use ReadSolid(AcDbObject& object, const Group& g, ObjectReader& in) {
     }
     if (IsCoordinate(g.code, 210)) {
         Note(object, kHad210);
-        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Vector(v, 210, g, in);
-        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
-        return use;
+        return ScratchVector(210, g, in);
     }
     return Use::kKept;
 }

@@ -52,10 +52,7 @@ Use ReadTextBody(AcDbText& text, const Group& g, ObjectReader& in, int verticalC
     case 220:
     case 230: {
         Note(text, kHad210);
-        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Vector(v, 210, g, in);
-        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
-        return use;
+        return ScratchVector(210, g, in);
     }
     default:
         if (g.code == verticalCode) {
@@ -223,10 +220,7 @@ Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
     case 220:
     case 230: {
         Note(object, kHad210);
-        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Vector(v, 210, g, in);
-        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
-        return use;
+        return ScratchVector(210, g, in);
     }
     default: return Use::kKept;
     }

@@ -34,9 +34,7 @@ Use ReadViewport(AcDbObject& object, const Group& g, ObjectReader& in) {
     case 16:
     case 26:
     case 36: {
-        AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Vector(v, 16, g, in);
-        in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
+        Use use = ScratchVector(16, g, in);
         in.state |= 1;
         return use;
     }
