@@ -15,21 +15,8 @@ function(qm_embed_resources target)
   if(NOT EMBED_SCRIPT)
     message(FATAL_ERROR "qm_embed_resources(${target}) needs a SCRIPT")
   endif()
-  set(files ${EMBED_SCRIPT} ${EMBED_INCLUDES})
-  set(absolute)
-  foreach(file ${files})
-    get_filename_component(path ${file} ABSOLUTE)
-    list(APPEND absolute ${path})
-  endforeach()
-  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources.cpp)
-  string(REPLACE ";" "|" joined "${absolute}")
-  add_custom_command(OUTPUT ${output}
-    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output} -DSYMBOL=${EMBED_SYMBOL}
-            -P ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
-    DEPENDS ${absolute} ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
-    COMMENT "Embedding the resource script of ${target}"
-    VERBATIM)
-  target_sources(${target} PRIVATE ${output})
+  qm_embed_into(${target} ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources.cpp ${EMBED_SYMBOL} OFF
+                "Embedding the resource script of ${target}" ${EMBED_SCRIPT} ${EMBED_INCLUDES})
 endfunction()
 
 # Data files that travel inside their module as they are (a template the
@@ -43,18 +30,24 @@ function(qm_embed_files target)
   if(NOT EMBED_SYMBOL OR NOT EMBED_FILES)
     message(FATAL_ERROR "qm_embed_files(${target}) needs a SYMBOL and FILES")
   endif()
+  qm_embed_into(${target} ${CMAKE_CURRENT_BINARY_DIR}/${target}_${EMBED_SYMBOL}.cpp ${EMBED_SYMBOL} ON
+                "Embedding the data files of ${target}" ${EMBED_FILES})
+endfunction()
+
+# The one way files are turned into a source file of the module: OUTPUT
+# holds the files' text under SYMBOL, hidden in the module when HIDDEN.
+function(qm_embed_into target output symbol hidden comment)
   set(absolute)
-  foreach(file ${EMBED_FILES})
+  foreach(file ${ARGN})
     get_filename_component(path ${file} ABSOLUTE)
     list(APPEND absolute ${path})
   endforeach()
-  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_${EMBED_SYMBOL}.cpp)
   string(REPLACE ";" "|" joined "${absolute}")
   add_custom_command(OUTPUT ${output}
-    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output} -DSYMBOL=${EMBED_SYMBOL} -DHIDDEN=ON
+    COMMAND ${CMAKE_COMMAND} -DFILES=${joined} -DOUTPUT=${output} -DSYMBOL=${symbol} -DHIDDEN=${hidden}
             -P ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
     DEPENDS ${absolute} ${PROJECT_SOURCE_DIR}/cmake/EmbedResourceScript.cmake
-    COMMENT "Embedding the data files of ${target}"
+    COMMENT "${comment}"
     VERBATIM)
   target_sources(${target} PRIVATE ${output})
 endfunction()
