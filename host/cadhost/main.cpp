@@ -1,11 +1,16 @@
 // cadhost: the host program. It opens a drawing (or a new one), loads the
 // module from beside itself, and runs a session script.
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <optional>
 
 #include "ScriptRunner.h"
+#ifdef QM_WITH_WINDOWS
+#include "GuiMain.h"
+#endif
 #include "UpdateCommand.h"
 #include "app/HugePageHeap.h"
 #include "app/Modules.h"
@@ -16,10 +21,15 @@ namespace {
 const char* const kUsage =
     "usage: cadhost --script FILE [--no-module] [--settings DIR] [--launch]\n"
     "               [--connect-to HOST:PORT:ADDRESS:PORT2]... [DRAWING]\n"
+    "       cadhost [--gui] [--snapshot PNG [--size WxH]] [--no-module] [--settings DIR] [DRAWING]\n"
     "       cadhost update DRAWING [-o OUT] [--settings DIR]\n"
     "       cadhost --help | --version\n"
     "\n"
     "  --script FILE    run a session script (the language is in docs/scripts.md)\n"
+    "  --gui            open the drawing in a window (the default without a script\n"
+    "                   where a display is there)\n"
+    "  --snapshot PNG   draw the window's first view into PNG and end (--size, default\n"
+    "                   1100x760)\n"
     "  --no-module      load no module before the script; its appload does\n"
     "  --settings DIR   keep the settings stores in DIR\n"
     "  --launch         hand web pages, mail and files to the desktop (xdg-open) as well\n"
@@ -38,6 +48,9 @@ struct Options {
     std::filesystem::path settings;
     bool module = true;
     bool launch = false;
+    bool gui = false;
+    std::optional<std::filesystem::path> snapshot;
+    int width = 1100, height = 760;
     std::vector<std::string> connectTo;
 };
 
@@ -67,6 +80,21 @@ std::optional<int> ParseArguments(int argc, char** argv, Options& options) {
             auto v = value("--settings");
             if (!v) return 2;
             options.settings = *v;
+        } else if (arg == "--gui") {
+            options.gui = true;
+        } else if (arg == "--snapshot") {
+            auto v = value("--snapshot");
+            if (!v) return 2;
+            options.snapshot = *v;
+            options.gui = true;
+        } else if (arg == "--size") {
+            auto v = value("--size");
+            if (!v) return 2;
+            if (std::sscanf(v->c_str(), "%dx%d", &options.width, &options.height) != 2 || options.width < 16 ||
+                options.height < 16 || options.width > 8192 || options.height > 8192) {
+                std::cerr << "cadhost: --size takes WIDTHxHEIGHT in pixels, 16 to 8192 each\n" << kUsage;
+                return 2;
+            }
         } else if (arg == "--no-module") {
             options.module = false;
         } else if (arg == "--launch") {
@@ -101,11 +129,23 @@ int main(int argc, char** argv) {
         return cadhost::RunUpdate(std::vector<std::string>(argv + 2, argv + argc), std::cout, std::cerr);
     Options options;
     if (std::optional<int> status = ParseArguments(argc, argv, options)) return *status;
+    // Without a script the host opens its window where a display is there.
+    if (!options.script && !options.gui) options.gui = std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY");
     // Refused before the host starts, so that nothing is read or made.
-    if (!options.script) {
-        std::cerr << "cadhost: no script given; the window of this host is not built yet\n" << kUsage;
+    if (options.script && options.gui) {
+        std::cerr << "cadhost: scripts do not drive the window yet; run the script without --gui\n" << kUsage;
         return 2;
     }
+    if (!options.script && !options.gui) {
+        std::cerr << "cadhost: no script given and no display to open a window on\n" << kUsage;
+        return 2;
+    }
+#ifndef QM_WITH_WINDOWS
+    if (options.gui) {
+        std::cerr << "cadhost: this build has no window (wxWidgets was not found when it was built)\n";
+        return 2;
+    }
+#endif
     cadhost::HostOptions hostOptions;
     hostOptions.settingsFolder = options.settings;
     hostOptions.internet.connectTo = options.connectTo;
@@ -123,6 +163,15 @@ int main(int argc, char** argv) {
         host.linker().loadModule(L"Quillmark.arx", true);
         host.processor().RunIdle();
     }
+#ifdef QM_WITH_WINDOWS
+    if (options.gui) {
+        cadhost::gui::GuiOptions gui;
+        gui.snapshot = options.snapshot;
+        gui.width = options.width;
+        gui.height = options.height;
+        return cadhost::gui::RunGui(host, gui, std::cerr);
+    }
+#endif
     cadhost::script::ScriptRunner runner(host, options.launch);
     cadhost::script::DefineHostCommands(runner);
     cadhost::script::DefineDialogCommands(runner);
