@@ -101,7 +101,13 @@ private:
     void ReadBlocks();
     void ReadEntities();
     void ReadObjects();
+    // After the last section: what every drawing has, made where the file
+    // lacks it, and the header values the database keeps.
     void Finish();
+    AcDbObjectId EnsureDrawingBasics();  // answers layer 0
+    void CompleteBlocks(AcDbObjectId layerZero);
+    void TakeHeaderValues(AcDbObjectId layerZero);
+    void SetCoordinateSystems(const AcGePoint3d (&ucs)[6]);
 
     // Reads the object that starts with "0 type" (already read); answers it
     // closed, in the database.
@@ -906,6 +912,14 @@ void Reader::Finish() {
         m_file.version = m_sawMarkers ? "AC1015" : "AC1009";
         m_file.handles = true;
     }
+    AcDbObjectId layerZero = EnsureDrawingBasics();
+    CompleteBlocks(layerZero);
+    TakeHeaderValues(layerZero);
+    // Objects that came without a handle get one that no object has.
+    m_impl.NameUnnamed();
+}
+
+AcDbObjectId Reader::EnsureDrawingBasics() {
     // What every drawing has, made where the file lacks it.
     EnsureTable(m_impl.blockTable, new AcDbBlockTable, "BLOCK_RECORD");
     EnsureTable(m_impl.layerTable, new AcDbLayerTable, "LAYER");
@@ -921,6 +935,10 @@ void Reader::Finish() {
     if (auto* apps = AcDbRegAppTable::cast(DatabaseImpl::Peek(m_impl.regAppTable)); apps && !apps->has(L"ACAD")) {
         NewRecord(m_impl.regAppTable, new AcDbRegAppTableRecord, L"ACAD");
     }
+    return layerZero;
+}
+
+void Reader::CompleteBlocks(AcDbObjectId layerZero) {
     // Blocks without a definition in the file get begin and end entities.
     auto* blocks = AcDbBlockTable::cast(DatabaseImpl::Peek(m_impl.blockTable));
     for (AcDbObjectId id : blocks->recordIds()) {
@@ -945,6 +963,9 @@ void Reader::Finish() {
             record->setBlockEndId(end);
         }
     }
+}
+
+void Reader::TakeHeaderValues(AcDbObjectId layerZero) {
     // Header values the host keeps in the database.
     m_impl.clayer = layerZero;
     m_impl.currentSpace = m_impl.modelSpace;
@@ -977,6 +998,12 @@ void Reader::Finish() {
         for (int k = 0; k < 6; ++k)
             if (v.name == ucsNames[k]) point(v, ucs[k]);
     }
+    SetCoordinateSystems(ucs);
+}
+
+void Reader::SetCoordinateSystems(const AcGePoint3d (&ucs)[6]) {
+    // Model space's system, then paper space's: origin, X and Y axes; an
+    // origin with axes that are not perpendicular keeps the default.
     for (int space = 0; space < 2; ++space) {
         UserCoordinates& system = space == 0 ? m_impl.ucs : m_impl.pucs;
         AcGeVector3d x = ucs[space * 3 + 1].asVector(), y = ucs[space * 3 + 2].asVector();
@@ -986,8 +1013,6 @@ void Reader::Finish() {
             system.yAxis = y.normal();
         }
     }
-    // Objects that came without a handle get one that no object has.
-    m_impl.NameUnnamed();
 }
 
 }  // namespace
