@@ -11,23 +11,18 @@ namespace {
 
 // Markers of blocks and attribute lists ---------------------------------
 // A BLOCK's name, flags, base point and path belong to its block record:
-// the reader takes them from text[0], state, scratch[0..2] and text[1].
+// they are read into a BlockBeginRead, which the reader takes them from.
 
-Use ReadBlockBegin(AcDbObject&, const Group& g, ObjectReader& in) {
+Use ReadBlockBegin(AcDbBlockBegin&, BlockBeginRead& read, const Group& g, ObjectReader& in) {
     switch (g.code) {
     case 100: return g.value == "AcDbBlockBegin" ? Use::kKnown : Use::kKept;
-    case 2: in.text[0] = in.Text(g); return Use::kKnown;
+    case 2: read.name = in.Text(g); return Use::kKnown;
     case 3: return Use::kKnown;  // the name once more
-    case 70: in.state = static_cast<int>(in.Integer(g)); return Use::kKnown;
-    case 1: in.text[1] = in.Text(g); return Use::kKnown;
+    case 70: read.flags = static_cast<int>(in.Integer(g)); return Use::kKnown;
+    case 1: read.path = in.Text(g); return Use::kKnown;
     case 10:
     case 20:
-    case 30: {
-        AcGePoint3d p(in.scratch[0], in.scratch[1], in.scratch[2]);
-        Use use = Coordinate(p, 10, g, in);
-        in.scratch[0] = p.x, in.scratch[1] = p.y, in.scratch[2] = p.z;
-        return use;
-    }
+    case 30: return Coordinate(read.origin, 10, g, in);
     default: return Use::kKept;
     }
 }
@@ -64,21 +59,21 @@ constexpr ClassIo kBlockClasses[] = {
     {.dxfName = "BLOCK",
      .rxClass = AcDbBlockBegin::desc,
      .create = Make<AcDbBlockBegin>,
-     .read = ReadBlockBegin,
+     .read = Reads<ReadBlockBegin>,
      .write = WriteBlockBegin,
      .isEntity = true,
      .markers = "AcDbBlockBegin"},
     {.dxfName = "ENDBLK",
      .rxClass = AcDbBlockEnd::desc,
      .create = Make<AcDbBlockEnd>,
-     .read = ReadMarker,
+     .read = Reads<ReadMarker>,
      .write = WriteBlockEnd,
      .isEntity = true,
      .markers = "AcDbBlockEnd"},
     {.dxfName = "SEQEND",
      .rxClass = AcDbSequenceEnd::desc,
      .create = Make<AcDbSequenceEnd>,
-     .read = ReadNothing,
+     .read = Reads<ReadNothing>,
      .write = WriteNothing,
      .isEntity = true},
 };

@@ -10,15 +10,15 @@ namespace cadhost::dxf {
 namespace {
 
 // INSERT -----------------------------------------------------------------
-// state: the value of group 66 (attributes follow).
 
-Use ReadInsert(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& reference = static_cast<AcDbBlockReference&>(object);
+Use ReadInsert(AcDbBlockReference& reference, BlockReferenceRead& read, const Group& g, ObjectReader& in) {
     switch (g.code) {
     case 100: return g.value == "AcDbBlockReference" ? Use::kKnown : Use::kKept;
     case 66:
-        Note(object, kHad66);
-        in.state = static_cast<int>(in.Integer(g));
+        // Whether attributes follow is the reader's to see; the value is
+        // checked as a number here.
+        Note(reference, kHad66);
+        in.Integer(g);
         return Use::kKnown;
     case 2: {
         std::string name = in.Text(g);
@@ -39,30 +39,29 @@ Use ReadInsert(AcDbObject& object, const Group& g, ObjectReader& in) {
     case 43: {
         double factor = in.Real(g);
         if (factor == 0) return Use::kKept;  // no reference can be flattened to nothing
-        Note(object, g.code == 41 ? kHad41 : g.code == 42 ? kHad42 : kHad43);
+        Note(reference, g.code == 41 ? kHad41 : g.code == 42 ? kHad42 : kHad43);
         AcGeScale3d scale = reference.scaleFactors();
         scale[static_cast<unsigned>(g.code - 41)] = factor;
         reference.setScaleRaw(scale);
         return Use::kKnown;
     }
     case 50:
-        Note(object, kHad50);
+        Note(reference, kHad50);
         reference.setRotationDegrees(in.Real(g));
         return Use::kKnown;
     case 210:
     case 220:
     case 230: {
-        Note(object, kHad210);
-        return ScratchVector(210, g, in);
+        Note(reference, kHad210);
+        return read.normal.Read(210, g, in);
     }
     default: return Use::kKept;
     }
 }
 
-void FinishInsert(AcDbObject& object, ObjectReader& in) {
-    auto& reference = static_cast<AcDbBlockReference&>(object);
+void FinishInsert(AcDbBlockReference& reference, BlockReferenceRead& read, ObjectReader& in) {
     if (reference.blockTableRecord().isNull()) in.Fail(Group(), "a block reference needs a block name");
-    if (Had(object, kHad210)) reference.setPlaneNormal(Normal(in.scratch));
+    if (Had(reference, kHad210)) reference.setPlaneNormal(read.normal.Value());
 }
 
 void WriteInsertBody(const AcDbBlockReference& reference, ObjectWriter& out, bool attributes) {
@@ -90,8 +89,8 @@ constexpr ClassIo kBlockReferenceClasses[] = {
     {.dxfName = "INSERT",
      .rxClass = AcDbBlockReference::desc,
      .create = Make<AcDbBlockReference>,
-     .read = ReadInsert,
-     .finish = FinishInsert,
+     .read = Reads<ReadInsert>,
+     .finish = Finishes<FinishInsert>,
      .write = WriteInsert,
      .isEntity = true,
      .markers = "AcDbBlockReference"},
@@ -116,10 +115,12 @@ std::string BlockNameInFile(AcDbObjectId blockId, const FileState& file) {
 }
 
 // Shared with the table's reader and writer.
-Use ReadBlockReferencePart(AcDbBlockReference& reference, const Group& g, ObjectReader& in) {
-    return ReadInsert(reference, g, in);
+Use ReadBlockReferencePart(AcDbBlockReference& reference, BlockReferenceRead& read, const Group& g, ObjectReader& in) {
+    return ReadInsert(reference, read, g, in);
 }
-void FinishBlockReferencePart(AcDbBlockReference& reference, ObjectReader& in) { FinishInsert(reference, in); }
+void FinishBlockReferencePart(AcDbBlockReference& reference, BlockReferenceRead& read, ObjectReader& in) {
+    FinishInsert(reference, read, in);
+}
 void WriteBlockReferencePart(const AcDbBlockReference& reference, ObjectWriter& out) {
     WriteInsertBody(reference, out, false);
 }

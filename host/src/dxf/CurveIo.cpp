@@ -9,12 +9,16 @@ namespace {
 
 // CIRCLE and ARC ---------------------------------------------------------
 
+struct RoundRead {
+    bool inArcPart = false;  // after the AcDbArc marker
+    FileNormal normal;
+};
+
 template <class T>
-Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& curve = static_cast<T&>(object);
+Use ReadRound(T& curve, RoundRead& read, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbCircle")) return Use::kKnown;
     if (IsMarker(g, "AcDbArc")) {
-        in.state |= 2;
+        read.inArcPart = true;
         return Use::kKnown;
     }
     if (IsCoordinate(g.code, 10)) {
@@ -30,9 +34,9 @@ Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
         return Use::kKnown;
     }
     if (IsCoordinate(g.code, 210)) {
-        Note(object, kHad210);
-        if (in.state & 2) Note(object, kNormalLast);
-        return ScratchVector(210, g, in);
+        Note(curve, kHad210);
+        if (read.inArcPart) Note(curve, kNormalLast);
+        return read.normal.Read(210, g, in);
     }
     if constexpr (std::is_same_v<T, AcDbArc>) {
         if (g.code == 50) {
@@ -48,8 +52,8 @@ Use ReadRound(AcDbObject& object, const Group& g, ObjectReader& in) {
 }
 
 template <class T>
-void FinishRound(AcDbObject& object, ObjectReader& in) {
-    if (Had(object, kHad210)) static_cast<T&>(object).setPlaneNormal(Normal(in.scratch));
+void FinishRound(T& curve, RoundRead& read, ObjectReader&) {
+    if (Had(curve, kHad210)) curve.setPlaneNormal(read.normal.Value());
 }
 
 void WriteCircle(const AcDbObject& object, ObjectWriter& out) {
@@ -77,16 +81,16 @@ constexpr ClassIo kCurveClasses[] = {
     {.dxfName = "CIRCLE",
      .rxClass = AcDbCircle::desc,
      .create = Make<AcDbCircle>,
-     .read = ReadRound<AcDbCircle>,
-     .finish = FinishRound<AcDbCircle>,
+     .read = Reads<ReadRound<AcDbCircle>>,
+     .finish = Finishes<FinishRound<AcDbCircle>>,
      .write = WriteCircle,
      .isEntity = true,
      .markers = "AcDbCircle"},
     {.dxfName = "ARC",
      .rxClass = AcDbArc::desc,
      .create = Make<AcDbArc>,
-     .read = ReadRound<AcDbArc>,
-     .finish = FinishRound<AcDbArc>,
+     .read = Reads<ReadRound<AcDbArc>>,
+     .finish = Finishes<FinishRound<AcDbArc>>,
      .write = WriteArc,
      .isEntity = true,
      .markers = "AcDbCircle|AcDbArc"},

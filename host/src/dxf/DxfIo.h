@@ -8,28 +8,42 @@
 // with its place, and written back there. The writer calls the class to
 // write its groups in their order; kept groups are merged in by the writer.
 //
-//     Use ReadField(AcDbObject& object, const Group& group, ObjectReader& in) {
-//         auto& field = static_cast<AcDbField&>(object);
+//     // What a solid keeps between its groups and its finish step.
+//     struct SolidRead {
+//         bool hadFourthCorner = false;
+//         FileNormal normal;
+//     };
+//     Use ReadSolid(AcDbSolid& solid, SolidRead& read, const Group& group, ObjectReader& in) {
 //         switch (group.code) {
-//         case 100: return group.value == "AcDbField" ? Use::kKnown : Use::kKept;
-//         case 1: field.setEvaluatorIdUtf8(in.Text(group)); return Use::kKnown;
+//         case 13: read.hadFourthCorner = true; ...
 //         ...
 //         default: return Use::kKept;
 //         }
 //     }
-//     void WriteField(const AcDbObject& object, ObjectWriter& out) {
-//         out.Marker("AcDbField");
-//         out.Text(1, ...);
+//     void FinishSolid(AcDbSolid& solid, SolidRead& read, ObjectReader& in) {
+//         if (!read.hadFourthCorner) solid.setPlanePoint(3, solid.planePoint(2));
 //     }
-//     constexpr ClassIo kFieldClasses[] = {{.dxfName = "FIELD", .rxClass = AcDbField::desc,
-//                                           .create = Make<AcDbField>, .read = ReadField,
-//                                           .write = WriteField, .cppName = "AcDbField",
-//                                           .appName = "ObjectDBX Classes", .proxyFlags = 1152,
-//                                           .markers = "AcDbField"}};
-//     std::span<const ClassIo> FieldClasses() { return kFieldClasses; }
+//     void WriteSolid(const AcDbObject& object, ObjectWriter& out) {
+//         out.Marker("AcDbTrace");
+//         out.Point(10, ...);
+//     }
+//     constexpr ClassIo kLineClasses[] = {{.dxfName = "SOLID", .rxClass = AcDbSolid::desc,
+//                                          .create = Make<AcDbSolid>, .read = Reads<ReadSolid>,
+//                                          .finish = Finishes<FinishSolid>, .write = WriteSolid,
+//                                          .isEntity = true, .markers = "AcDbTrace"}};
+//     std::span<const ClassIo> LineClasses() { return kLineClasses; }
 //
 // and the family's list function is named once, in the registry's list
 // (Registry.cpp).
+//
+// The read and finish functions take the object as its own class and, when
+// the class keeps values between its groups, its own read struct (here
+// SolidRead); a class that keeps none leaves that parameter out:
+// `Use ReadLine(AcDbLine&, const Group&, ObjectReader&)`. Reads and
+// Finishes adapt them to the registry's one form. The reader keeps one read
+// struct of each kind for the file and makes it new (`= T{}`, or the
+// struct's own Reset() where it has one, to keep the room of its lists)
+// before each object that uses it.
 #pragma once
 
 #include <dbmain.h>
@@ -75,14 +89,89 @@ bool ContinuesGroup(int previousTaken, int code);
 class ObjectReader;
 class ObjectWriter;
 
+// The values one class keeps between the groups of one object and its
+// finish step, as a struct of the class's own: how the reader makes one for
+// the file being read, makes it new before each object, and frees it.
+struct ReadStateKind {
+    void* (*make)() = nullptr;
+    void (*reset)(void* state) = nullptr;
+    void (*free)(void* state) = nullptr;
+};
+
+template <class S>
+inline constexpr ReadStateKind kReadStateKind{
+    .make = []() -> void* { return new S{}; },
+    .reset =
+        [](void* state) {
+            S& s = *static_cast<S*>(state);
+            if constexpr (requires { s.Reset(); }) s.Reset();
+            else s = S{};
+        },
+    .free = [](void* state) { delete static_cast<S*>(state); },
+};
+
+// A class's read and finish functions in the registry's one form; state is
+// the class's read struct (null for classes that keep none) and kind says
+// which struct that is.
+struct ReadFunction {
+    Use (*call)(AcDbObject& object, void* state, const Group& group, ObjectReader& in) = nullptr;
+    const ReadStateKind* kind = nullptr;
+    explicit operator bool() const { return call != nullptr; }
+};
+struct FinishFunction {
+    void (*call)(AcDbObject& object, void* state, ObjectReader& in) = nullptr;
+    const ReadStateKind* kind = nullptr;
+    explicit operator bool() const { return call != nullptr; }
+};
+
+namespace detail {
+// Deduces the object's class and the read struct from the function.
+template <auto F>
+struct ReadAdapter;
+template <class T, Use (*F)(T&, const Group&, ObjectReader&)>
+struct ReadAdapter<F> {
+    static Use Call(AcDbObject& object, void*, const Group& group, ObjectReader& in) {
+        return F(static_cast<T&>(object), group, in);
+    }
+    static constexpr const ReadStateKind* kKind = nullptr;
+};
+template <class T, class S, Use (*F)(T&, S&, const Group&, ObjectReader&)>
+struct ReadAdapter<F> {
+    static Use Call(AcDbObject& object, void* state, const Group& group, ObjectReader& in) {
+        return F(static_cast<T&>(object), *static_cast<S*>(state), group, in);
+    }
+    static constexpr const ReadStateKind* kKind = &kReadStateKind<S>;
+};
+
+template <auto F>
+struct FinishAdapter;
+template <class T, void (*F)(T&, ObjectReader&)>
+struct FinishAdapter<F> {
+    static void Call(AcDbObject& object, void*, ObjectReader& in) { F(static_cast<T&>(object), in); }
+    static constexpr const ReadStateKind* kKind = nullptr;
+};
+template <class T, class S, void (*F)(T&, S&, ObjectReader&)>
+struct FinishAdapter<F> {
+    static void Call(AcDbObject& object, void* state, ObjectReader& in) {
+        F(static_cast<T&>(object), *static_cast<S*>(state), in);
+    }
+    static constexpr const ReadStateKind* kKind = &kReadStateKind<S>;
+};
+}  // namespace detail
+
+template <auto F>
+inline constexpr ReadFunction Reads{detail::ReadAdapter<F>::Call, detail::ReadAdapter<F>::kKind};
+template <auto F>
+inline constexpr FinishFunction Finishes{detail::FinishAdapter<F>::Call, detail::FinishAdapter<F>::kKind};
+
 struct ClassIo {
     std::string_view dxfName;             // the type name in files
     AcRxClass* (*rxClass)() = nullptr;    // the class written under that name
     AcDbObject* (*create)() = nullptr;    // a new, empty object of the class
-    Use (*read)(AcDbObject& object, const Group& group, ObjectReader& in) = nullptr;
+    ReadFunction read;                    // Reads<ReadX>
     // After the object's last group: checks and derived values; may fail
     // the file through in.Fail.
-    void (*finish)(AcDbObject& object, ObjectReader& in) = nullptr;
+    FinishFunction finish;                // Finishes<FinishX>
     void (*write)(const AcDbObject& object, ObjectWriter& out) = nullptr;
     // The class's record in the CLASSES section of files from 2000 on, for
     // classes that files list there (empty for the built-in types).
@@ -103,6 +192,9 @@ struct ClassIo {
     // table that the host models (their blocks have no records).
     AcDbObject* (*createTable)() = nullptr;
     bool recordsFrom2000 = false;
+
+    // The read struct that the read and finish functions share, if any.
+    const ReadStateKind* StateKind() const { return read.kind ? read.kind : finish.kind; }
 };
 
 // The classes of each family, each listed by the file that reads and
@@ -114,6 +206,14 @@ std::span<const ClassIo> TextClasses();            // TextIo.cpp
 std::span<const ClassIo> BlockReferenceClasses();  // BlockReferenceIo.cpp
 std::span<const ClassIo> ViewportClasses();        // ViewportIo.cpp
 std::span<const ClassIo> BlockClasses();           // BlockIo.cpp
+// A BLOCK's name, flags, base point and path belong to its block record,
+// which the reader fills from them once the BLOCK is read.
+struct BlockBeginRead {
+    std::string name;  // UTF-8
+    int flags = 0;
+    AcGePoint3d origin;
+    std::string path;  // UTF-8
+};
 std::span<const ClassIo> SymbolClasses();
 std::span<const ClassIo> FieldClasses();
 std::span<const ClassIo> TableClasses();
@@ -177,17 +277,6 @@ public:
     // The code of the group the class took just before this one, -1 when
     // the group before was not the class's.
     int previousTaken = -1;
-    // Values the class keeps for its finish function while one object is
-    // read (cleared before each object).
-    double scratch[8] = {};
-    int state = 0;
-    std::string text[2];
-    void Clear() {
-        for (double& d : scratch) d = 0;
-        state = 0;
-        text[0].clear();
-        text[1].clear();
-    }
 
     // Texts that many objects of the file may hold alike (the values of
     // fields that name one source, the texts that show them): what make

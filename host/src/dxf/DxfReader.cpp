@@ -19,6 +19,7 @@
 #include "db/ObjectExtras.h"
 #include "dxf/DxfFiles.h"
 #include "dxf/GroupReader.h"
+#include "dxf/ReadStates.h"
 #include "dxf/TextCodec.h"
 #include "dxf/Values.h"
 #include "files/RegularFile.h"
@@ -117,6 +118,7 @@ private:
     struct Frame {
         const ClassIo* io = nullptr;  // the class that reads it; none: everything is kept
         AcDbObject* object = nullptr;
+        void* state = nullptr;  // the class's read struct, if it keeps one
         bool isEntity = false;
         int handleCode = 5;
         uint64_t handle = 0;
@@ -174,6 +176,7 @@ private:
     std::string m_arena;
     uint32_t m_count = 0;
     KeptGroups m_kept;
+    ReadStates m_states;
     std::vector<std::string_view> m_markers;  // of the object being read
     size_t m_nextMarker = 0;
     // What the object's shared groups said.
@@ -296,7 +299,6 @@ void Reader::CollectGroups() {
 
 AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     CollectGroups();
-    Clear();
     m_count = 0;
     m_kept.clear();
     m_owner = AcDbObjectId();
@@ -307,6 +309,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
     const ClassIo* registered = FindClass(type);
     std::unique_ptr<AcDbObject> owned(NewObject(type, kind, registered, f.io));
     f.object = owned.get();
+    f.state = m_states.Fresh(f.io ? f.io->StateKind() : nullptr);
     f.isEntity = kind == Kind::kEntity;
     f.handleCode = registered ? registered->handleCode : 5;
     // Its handle first, so that it has an id while its groups are read.
@@ -339,7 +342,7 @@ AcDbObject* Reader::ReadObject(const std::string& type, Kind kind, int line) {
         if (ReadSharedGroup(g, f)) continue;
         lastTaken = ReadClassGroup(g, lastTaken, f);
     }
-    if (f.io && f.io->finish) f.io->finish(*object, *this);
+    if (f.io && f.io->finish) f.io->finish.call(*object, f.state, *this);
     if (!m_kept.empty()) object->mutableExtras().kept = std::move(m_kept);
     m_kept = KeptGroups();
     if (!m_hadOwner && !m_file.IsR12()) object->setFileGroups(object->fileGroups() | 0x8000);
@@ -536,7 +539,7 @@ bool Reader::ReadMarker(const Group& g, Frame& f) {
     m_count += static_cast<uint32_t>(j - m_nextMarker);
     m_nextMarker = j + 1;
     // The class still sees its markers, which open its parts.
-    if (f.io && !(f.isEntity && j == 0)) f.io->read(*f.object, g, *this);
+    if (f.io && !(f.isEntity && j == 0)) f.io->read.call(*f.object, f.state, g, *this);
     ++m_count;
     return true;
 }
@@ -564,7 +567,7 @@ bool Reader::ReadEntityGroup(const Group& g, Frame& f) {
 
 int Reader::ReadClassGroup(const Group& g, int previous, const Frame& f) {
     previousTaken = previous;
-    Use use = f.io ? f.io->read(*f.object, g, *this) : Use::kKept;
+    Use use = f.io ? f.io->read.call(*f.object, f.state, g, *this) : Use::kKept;
     if (g.code == 100 && use == Use::kKnown) use = Use::kCounted;  // a marker in a file before 2000: none is written
     // A continuation that does not follow its first part counts on its
     // own, as its writer will count it.
@@ -766,10 +769,13 @@ void Reader::ReadBlocks() {
         if (g.value != "BLOCK") throw FileError(g.line, "a block was expected, not \"" + Shown(g.value) + "\"");
         int blockLine = g.line;
         AcDbObject* begin = ReadObject("BLOCK", Kind::kEntity, g.line);
-        std::string name = text[0];
-        int flags = state;
-        AcGePoint3d origin(scratch[0], scratch[1], scratch[2]);
-        std::wstring path = FromUtf8(text[1]);
+        static const BlockBeginRead kNone;
+        const BlockBeginRead* read = m_states.Current<BlockBeginRead>();
+        if (!read) read = &kNone;
+        std::string name = read->name;
+        int flags = read->flags;
+        AcGePoint3d origin = read->origin;
+        std::wstring path = FromUtf8(read->path);
         if (name.empty()) throw FileError(blockLine, "a block has no name");
         // The record: the block's owner in files from 2000 on, else by name.
         AcDbBlockTableRecord* record = nullptr;

@@ -48,25 +48,24 @@ inline Use Vector(AcGeVector3d& vector, int base, const Group& group, ObjectRead
     return use;
 }
 
-// A vector read group by group into the first three scratch values, where
-// the class's finish step finds it (most entities' normal).
-inline Use ScratchVector(int base, const Group& group, ObjectReader& in) {
-    AcGeVector3d v(in.scratch[0], in.scratch[1], in.scratch[2]);
-    Use use = Vector(v, base, group, in);
-    in.scratch[0] = v.x, in.scratch[1] = v.y, in.scratch[2] = v.z;
-    return use;
-}
-
 template <class T>
 AcDbObject* Make() {
     return new T;
 }
 
-// The normal as a file gives it: a zero vector means the default.
-inline AcGeVector3d Normal(const double* scratch) {
-    AcGeVector3d n(scratch[0], scratch[1], scratch[2]);
-    return n.isZeroLength() ? AcGeVector3d::kZAxis : n.normal();
-}
+// A normal as a file gives it, read group by group into a class's read
+// struct: zero until given, and a zero vector means the default.
+struct FileNormal {
+    AcGeVector3d raw{0, 0, 0};
+    Use Read(int base, const Group& group, ObjectReader& in) { return Vector(raw, base, group, in); }
+    AcGeVector3d Value() const { return raw.isZeroLength() ? AcGeVector3d::kZAxis : raw.normal(); }
+};
+
+// What a block reference keeps between its groups and its finish step (a
+// table's block reference part too, TableIo.cpp).
+struct BlockReferenceRead {
+    FileNormal normal;
+};
 
 inline void WriteNormal(ObjectWriter& out, const AcDbObject& object, const AcGeVector3d& normal) {
     if (Had(object, kHad210) || normal != AcGeVector3d::kZAxis) out.Vector(210, normal);

@@ -113,7 +113,7 @@ int StateToWrite(const AcDbField& field, bool ownValue) {
 }
 
 // What one field's groups said, gathered while they are read.
-struct ReadState {
+struct FieldRead {
     enum Part { kBeforeMarker, kHead, kItems, kValue, kTail };
     Part part = kBeforeMarker;
     std::string code, format;  // raw, decoded at the end
@@ -193,10 +193,6 @@ struct ReadState {
     }
 };
 
-// One field is read at a time; the reader's own scratch space is too small
-// for a field's lists.
-thread_local ReadState g_read;
-constexpr int kStarted = 1;
 
 bool Modelled(int type) {
     switch (type) {
@@ -211,9 +207,8 @@ bool Modelled(int type) {
     }
 }
 
-void EndValue(AcDbField::Impl& m, ObjectReader& in) {
-    ReadState& r = g_read;
-    r.part = ReadState::kItems;
+void EndValue(AcDbField::Impl& m, FieldRead& r, ObjectReader& in) {
+    r.part = FieldRead::kItems;
     if (r.valueIsCache) {
         r.cacheFlags = r.flags;
     } else {
@@ -260,8 +255,7 @@ void EndValue(AcDbField::Impl& m, ObjectReader& in) {
     }
 }
 
-Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
-    ReadState& r = g_read;
+Use ReadValueGroup(AcDbField::Impl& m, FieldRead& r, const Group& g, ObjectReader& in) {
     if (!r.typeSeen) {
         if (g.code == 93) {
             r.flags = static_cast<int>(in.Integer(g));
@@ -280,7 +274,7 @@ Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
         r.shown.assign(g.value);
         return Use::kKnown;
     case 304:
-        EndValue(m, in);
+        EndValue(m, r, in);
         return Use::kKnown;
     default: break;
     }
@@ -319,15 +313,14 @@ Use ReadValueGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
     }
 }
 
-Use ReadFieldGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
-    ReadState& r = g_read;
-    if (r.part == ReadState::kValue) {
+Use ReadFieldGroup(AcDbField::Impl& m, FieldRead& r, const Group& g, ObjectReader& in) {
+    if (r.part == FieldRead::kValue) {
         // Values before 2007 have no end marker: the next item ends them.
         bool next = g.code == 6 || g.code == 7 || g.code == 301 || g.code == 9 || g.code == 98;
-        if (!next) return ReadValueGroup(m, g, in);
-        EndValue(m, in);  // a value without its type is an unknown one
+        if (!next) return ReadValueGroup(m, r, g, in);
+        EndValue(m, r, in);  // a value without its type is an unknown one
     }
-    if (r.part == ReadState::kHead) {
+    if (r.part == FieldRead::kHead) {
         switch (g.code) {
         case 1: m.evaluatorId = WideText(in, g.value); return Use::kKnown;
         case 2:
@@ -356,53 +349,48 @@ Use ReadFieldGroup(AcDbField::Impl& m, const Group& g, ObjectReader& in) {
         case 96: m.errorCode = static_cast<int>(in.Integer(g)); return Use::kKnown;
         case 300: m.errorMessage = WideText(in, g.value); return Use::kKnown;
         case 93:
-            r.part = ReadState::kItems;
+            r.part = FieldRead::kItems;
             return Use::kKnown;
         case 6:
         case 7:
         case 301:
         case 9:
-        case 98: r.part = ReadState::kItems; break;
+        case 98: r.part = FieldRead::kItems; break;
         default: return Use::kKept;
         }
     }
     switch (g.code) {
     case 6:
-        if (r.part == ReadState::kTail) return Use::kKept;
+        if (r.part == FieldRead::kTail) return Use::kKept;
         r.StartValue(false, WideText(in, g.value));
         return Use::kKnown;
     case 7:
-        if (r.part == ReadState::kTail) return Use::kKept;
+        if (r.part == FieldRead::kTail) return Use::kKept;
         r.StartValue(true, L"");
         return Use::kKnown;
     case 301:
-        r.part = ReadState::kTail;
+        r.part = FieldRead::kTail;
         r.format.assign(g.value);
         return Use::kKnown;
     case 9:
-        if (r.part != ReadState::kTail) return Use::kKept;
+        if (r.part != FieldRead::kTail) return Use::kKept;
         r.format.append(g.value);
         return Use::kContinued;
-    case 98: r.part = ReadState::kTail; return Use::kKnown;
+    case 98: r.part = FieldRead::kTail; return Use::kKnown;
     default: return Use::kKept;
     }
 }
 
-Use ReadField(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& m = static_cast<AcDbField&>(object).impl();
-    ReadState& r = g_read;
-    if (!(in.state & kStarted)) {
-        r.Reset();
-        in.state |= kStarted;
-    }
-    if (r.part == ReadState::kBeforeMarker) {
+Use ReadField(AcDbField& field, FieldRead& r, const Group& g, ObjectReader& in) {
+    auto& m = field.impl();
+    if (r.part == FieldRead::kBeforeMarker) {
         if (!IsMarker(g, "AcDbField")) return Use::kKept;
-        r.part = ReadState::kHead;
+        r.part = FieldRead::kHead;
         return Use::kKnown;
     }
     // The field's own groups are all taken: those out of place make the
     // field irregular, and it is written back as it came while unchanged.
-    Use use = ReadFieldGroup(m, g, in);
+    Use use = ReadFieldGroup(m, r, g, in);
     bool counted = use != Use::kContinued || !ContinuesGroup(in.previousTaken, g.code);
     r.rawRefs.push_back({g.code, r.rawText.size(), g.value.size(), counted});
     r.rawText.append(g.value);
@@ -488,11 +476,9 @@ bool PlacesMatch(const ParsedCode& parsed, const std::vector<AcDbObjectId>& file
     return true;
 }
 
-void FinishField(AcDbObject& object, ObjectReader& in) {
-    auto& m = static_cast<AcDbField&>(object).impl();
-    ReadState& r = g_read;
-    if (!(in.state & kStarted)) r.Reset();  // a field of no groups of its own
-    if (r.part == ReadState::kValue) EndValue(m, in);
+void FinishField(AcDbField& field, FieldRead& r, ObjectReader& in) {
+    auto& m = field.impl();
+    if (r.part == FieldRead::kValue) EndValue(m, r, in);
     std::wstring code = WideText(in, r.code);
     std::wstring format = WideText(in, r.format);
     bool textField = _wcsicmp(m.evaluatorId.c_str(), kTextEvaluatorId) == 0;
@@ -538,7 +524,6 @@ void FinishField(AcDbObject& object, ObjectReader& in) {
     // without a value of its own is not composed here: its children may not
     // have been read yet.
     m.evaluatorText.reset();
-    auto& field = static_cast<AcDbField&>(object);
     bool success = m.status == AcDbField::kSuccess;
     std::wstring fileShown = r.cacheShown ? WideText(in, *r.cacheShown) : std::wstring();
     std::shared_ptr<const std::wstring> ownShown = success && !ShowsChildren(field) ? ShownText(field) : nullptr;
@@ -700,8 +685,8 @@ constexpr ClassIo kFieldClasses[] = {
     {.dxfName = "FIELD",
      .rxClass = AcDbField::desc,
      .create = [] { return static_cast<AcDbObject*>(new AcDbField); },
-     .read = ReadField,
-     .finish = FinishField,
+     .read = Reads<ReadField>,
+     .finish = Finishes<FinishField>,
      .write = WriteField,
      .cppName = "AcDbField",
      .appName = "ObjectDBX Classes",

@@ -8,8 +8,7 @@ namespace {
 
 // LINE -------------------------------------------------------------------
 
-Use ReadLine(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& line = static_cast<AcDbLine&>(object);
+Use ReadLine(AcDbLine& line, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbLine")) return Use::kKnown;
     if (IsCoordinate(g.code, 10)) {
         AcGePoint3d p = line.startPoint();
@@ -35,30 +34,33 @@ void WriteLine(const AcDbObject& object, ObjectWriter& out) {
 
 // SOLID ------------------------------------------------------------------
 
-Use ReadSolid(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& solid = static_cast<AcDbSolid&>(object);
+// Three corners: the fourth is the third.
+struct SolidRead {
+    bool hadFourthCorner = false;
+    FileNormal normal;
+};
+
+Use ReadSolid(AcDbSolid& solid, SolidRead& read, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbTrace")) return Use::kKnown;
     for (int corner = 0; corner < 4; ++corner) {
         if (IsCoordinate(g.code, 10 + corner)) {
             AcGePoint3d p = solid.planePoint(corner);
             Use use = Coordinate(p, 10 + corner, g, in);
             solid.setPlanePoint(corner, p);
-            if (corner == 3) in.state |= 1;
+            if (corner == 3) read.hadFourthCorner = true;
             return use;
         }
     }
     if (IsCoordinate(g.code, 210)) {
-        Note(object, kHad210);
-        return ScratchVector(210, g, in);
+        Note(solid, kHad210);
+        return read.normal.Read(210, g, in);
     }
     return Use::kKept;
 }
 
-void FinishSolid(AcDbObject& object, ObjectReader& in) {
-    auto& solid = static_cast<AcDbSolid&>(object);
-    // Three corners: the fourth is the third.
-    if (!(in.state & 1)) solid.setPlanePoint(3, solid.planePoint(2));
-    if (Had(object, kHad210)) solid.setPlaneNormal(Normal(in.scratch));
+void FinishSolid(AcDbSolid& solid, SolidRead& read, ObjectReader&) {
+    if (!read.hadFourthCorner) solid.setPlanePoint(3, solid.planePoint(2));
+    if (Had(solid, kHad210)) solid.setPlaneNormal(read.normal.Value());
 }
 
 void WriteSolid(const AcDbObject& object, ObjectWriter& out) {
@@ -72,15 +74,15 @@ constexpr ClassIo kLineClasses[] = {
     {.dxfName = "LINE",
      .rxClass = AcDbLine::desc,
      .create = Make<AcDbLine>,
-     .read = ReadLine,
+     .read = Reads<ReadLine>,
      .write = WriteLine,
      .isEntity = true,
      .markers = "AcDbLine"},
     {.dxfName = "SOLID",
      .rxClass = AcDbSolid::desc,
      .create = Make<AcDbSolid>,
-     .read = ReadSolid,
-     .finish = FinishSolid,
+     .read = Reads<ReadSolid>,
+     .finish = Finishes<FinishSolid>,
      .write = WriteSolid,
      .isEntity = true,
      .markers = "AcDbTrace"},

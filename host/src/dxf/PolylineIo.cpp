@@ -8,82 +8,91 @@ namespace {
 
 // LWPOLYLINE -----------------------------------------------------------
 // Each vertex has places for 10, 40, 41 and 42; those it lacks are counted
-// when it ends. state: bits 1, 2, 4 for 40, 41, 42 of the vertex being
-// read, 8 while a vertex is open, 16 once its Y was read; scratch[0..2]
-// normal, scratch[3] x of the vertex being read.
+// when it ends.
+struct PolylineRead {
+    // The vertex being read: open from its 10 to the next group that is not
+    // one of a vertex's, and which of its groups it has had.
+    struct Vertex {
+        bool open = false;
+        double x = 0;
+        bool hadY = false, hadStartWidth = false, hadEndWidth = false, hadBulge = false;
+    } vertex;
+    FileNormal normal;
+};
 
 // The places of a vertex that it did not fill: the writer writes the two
 // widths together or neither, and the bulge or not.
-void CloseVertex(ObjectReader& in) {
-    if (!(in.state & 8)) return;
-    in.Skip((in.state & 3) ? 2 - ((in.state & 1) != 0) - ((in.state & 2) != 0) : 2);
-    if (!(in.state & 4)) in.Skip(1);
-    in.state &= ~31;
+void CloseVertex(PolylineRead& read, ObjectReader& in) {
+    PolylineRead::Vertex& v = read.vertex;
+    if (!v.open) return;
+    in.Skip((v.hadStartWidth || v.hadEndWidth) ? 2 - v.hadStartWidth - v.hadEndWidth : 2);
+    if (!v.hadBulge) in.Skip(1);
+    v = PolylineRead::Vertex();
 }
 
-Use ReadPolyline(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& pline = static_cast<AcDbPolyline&>(object);
+Use ReadPolyline(AcDbPolyline& pline, PolylineRead& read, const Group& g, ObjectReader& in) {
+    PolylineRead::Vertex& vertex = read.vertex;
     unsigned int last = pline.numVerts() - 1;
     bool vertexGroup = g.code == 10 || g.code == 20 || g.code == 40 || g.code == 41 || g.code == 42 || g.code == 91;
-    if (!vertexGroup) CloseVertex(in);
+    if (!vertexGroup) CloseVertex(read, in);
     switch (g.code) {
     case 100: return g.value == "AcDbPolyline" ? Use::kKnown : Use::kKept;
     case 90: return Use::kKnown;  // the count; the vertices themselves decide
     case 70: pline.setFlags(static_cast<Adesk::Int16>(in.Integer(g))); return Use::kKnown;
     case 43:
-        Note(object, kHad43);
+        Note(pline, kHad43);
         pline.setConstantWidth(in.Real(g) > 0 ? in.Real(g) : 0);
         return Use::kKnown;
     case 38:
-        Note(object, kHad38);
+        Note(pline, kHad38);
         pline.setElevation(in.Real(g));
         return Use::kKnown;
     case 10:
-        CloseVertex(in);
-        in.state |= 8;
-        in.scratch[3] = in.Real(g);
-        pline.addVertexAt(pline.numVerts(), AcGePoint2d(in.scratch[3], 0));
+        CloseVertex(read, in);
+        vertex.open = true;
+        vertex.x = in.Real(g);
+        pline.addVertexAt(pline.numVerts(), AcGePoint2d(vertex.x, 0));
         return Use::kKnown;
     case 20:
-        if (!(in.state & 8) || (in.state & 16)) return Use::kKept;
-        in.state |= 16;
-        pline.setPointAt(last, AcGePoint2d(in.scratch[3], in.Real(g)));
+        if (!vertex.open || vertex.hadY) return Use::kKept;
+        vertex.hadY = true;
+        pline.setPointAt(last, AcGePoint2d(vertex.x, in.Real(g)));
         // The vertex's X counted the point's place, also where a width or
         // a bulge came between.
         return Use::kCounted;
     case 40:
     case 41: {
-        int bit = g.code == 40 ? 1 : 2;
-        if (!(in.state & 8) || (in.state & bit)) return Use::kKept;
-        in.state |= bit;
+        bool& had = g.code == 40 ? vertex.hadStartWidth : vertex.hadEndWidth;
+        if (!vertex.open || had) return Use::kKept;
+        had = true;
         double start, end;
         pline.getWidthsAt(last, start, end);
         (g.code == 40 ? start : end) = in.Real(g);
         pline.setWidthsAt(last, start, end);
         // A file that writes widths of zero writes them for every vertex.
-        if ((in.state & 3) == 3 && start == 0 && end == 0) Note(object, kAllWidths);
+        if (vertex.hadStartWidth && vertex.hadEndWidth && start == 0 && end == 0) Note(pline, kAllWidths);
         return Use::kKnown;
     }
     case 42: {
-        if (!(in.state & 8) || (in.state & 4)) return Use::kKept;
-        in.state |= 4;
+        if (!vertex.open || vertex.hadBulge) return Use::kKept;
+        vertex.hadBulge = true;
         double bulge = in.Real(g);
-        if (bulge == 0) Note(object, kAllBulges);
+        if (bulge == 0) Note(pline, kAllBulges);
         pline.setBulgeAt(last, bulge);
         return Use::kKnown;
     }
     case 210:
     case 220:
     case 230: {
-        Note(object, kHad210);
-        return ScratchVector(210, g, in);
+        Note(pline, kHad210);
+        return read.normal.Read(210, g, in);
     }
     default: return Use::kKept;
     }
 }
 
-void FinishPolyline(AcDbObject& object, ObjectReader& in) {
-    if (Had(object, kHad210)) static_cast<AcDbPolyline&>(object).setNormal(Normal(in.scratch));
+void FinishPolyline(AcDbPolyline& pline, PolylineRead& read, ObjectReader&) {
+    if (Had(pline, kHad210)) pline.setNormal(read.normal.Value());
 }
 
 void WritePolyline(const AcDbObject& object, ObjectWriter& out) {
@@ -119,8 +128,8 @@ constexpr ClassIo kPolylineClasses[] = {
     {.dxfName = "LWPOLYLINE",
      .rxClass = AcDbPolyline::desc,
      .create = Make<AcDbPolyline>,
-     .read = ReadPolyline,
-     .finish = FinishPolyline,
+     .read = Reads<ReadPolyline>,
+     .finish = Finishes<FinishPolyline>,
      .write = WritePolyline,
      .isEntity = true,
      .markers = "AcDbPolyline"},

@@ -11,6 +11,10 @@ bool ClassRegistry::Add(const ClassIo& io, std::string& error) {
         error = "a DXF class needs a type name";
         return false;
     }
+    if (io.read.kind && io.finish.kind && io.read.kind != io.finish.kind) {
+        error = "the DXF type " + std::string(io.dxfName) + " reads into one struct and finishes from another";
+        return false;
+    }
     auto [it, added] = m_byName.try_emplace(std::string(io.dxfName), io);
     if (!added) {
         error = "the DXF type " + std::string(io.dxfName) + " is registered twice";

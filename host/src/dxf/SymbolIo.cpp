@@ -113,26 +113,29 @@ void WriteBlockRecord(const AcDbObject& object, ObjectWriter& out) {
 }
 
 // DICTIONARY: its entries are a name (3) and an owned (360) or referred
-// (350) object; text[0] holds the name of the entry being read.
+// (350) object.
+struct DictionaryRead {
+    std::string entryName;   // UTF-8, of the entry being read
+    bool entryOpen = false;  // its name was read, its object not yet
+};
 
-Use ReadDictionary(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& dictionary = static_cast<AcDbDictionary&>(object);
+Use ReadDictionary(AcDbDictionary& dictionary, DictionaryRead& read, const Group& g, ObjectReader& in) {
     switch (g.code) {
     case 100: return g.value == "AcDbDictionary" ? Use::kKnown : Use::kKept;
     case 280:
-        object.setFileGroups(object.fileGroups() | kHad280);
+        dictionary.setFileGroups(dictionary.fileGroups() | kHad280);
         dictionary.setTreatElementsAsHard(in.Integer(g) != 0);
         return Use::kKnown;
     case 3:
-        in.text[0] = in.Text(g);
-        in.state = 1;
+        read.entryName = in.Text(g);
+        read.entryOpen = true;
         return Use::kKnown;
     case 350:
     case 360: {
-        if (in.state != 1) return Use::kKept;
-        in.state = 0;
+        if (!read.entryOpen) return Use::kKept;
+        read.entryOpen = false;
         AcDbObjectId id = in.Id(g);
-        dictionary.adoptEntry(FromUtf8(in.text[0]), id, g.code == 360);
+        dictionary.adoptEntry(FromUtf8(read.entryName), id, g.code == 360);
         return Use::kKnown;
     }
     default: return Use::kKept;
@@ -159,27 +162,27 @@ void WriteDictionary(const AcDbObject& object, ObjectWriter& out) {
 constexpr ClassIo kSymbolClasses[] = {
     {.dxfName = "TABLE",
      .rxClass = AcDbSymbolTable::desc,
-     .read = ReadTable,
+     .read = Reads<ReadTable>,
      .write = WriteTable,
      .markers = "AcDbSymbolTable"},
     {.dxfName = "LAYER",
      .rxClass = AcDbLayerTableRecord::desc,
      .create = Make<AcDbLayerTableRecord>,
-     .read = ReadLayer,
+     .read = Reads<ReadLayer>,
      .write = WriteLayer,
      .markers = "AcDbSymbolTableRecord|AcDbLayerTableRecord",
      .createTable = Make<AcDbLayerTable>},
     {.dxfName = "APPID",
      .rxClass = AcDbRegAppTableRecord::desc,
      .create = Make<AcDbRegAppTableRecord>,
-     .read = ReadApp,
+     .read = Reads<ReadApp>,
      .write = WriteApp,
      .markers = "AcDbSymbolTableRecord|AcDbRegAppTableRecord",
      .createTable = Make<AcDbRegAppTable>},
     {.dxfName = "BLOCK_RECORD",
      .rxClass = AcDbBlockTableRecord::desc,
      .create = Make<AcDbBlockTableRecord>,
-     .read = ReadBlockRecord,
+     .read = Reads<ReadBlockRecord>,
      .write = WriteBlockRecord,
      .markers = "AcDbSymbolTableRecord|AcDbBlockTableRecord",
      .createTable = Make<AcDbBlockTable>,
@@ -189,7 +192,7 @@ constexpr ClassIo kSymbolClasses[] = {
     {.dxfName = "DICTIONARY",
      .rxClass = AcDbDictionary::desc,
      .create = Make<AcDbDictionary>,
-     .read = ReadDictionary,
+     .read = Reads<ReadDictionary>,
      .write = WriteDictionary,
      .markers = "AcDbDictionary"},
 };

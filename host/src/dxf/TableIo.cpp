@@ -4,21 +4,35 @@
 // group 2).
 #include <dbtable.h>
 
-#include "dxf/DxfIo.h"
+#include "dxf/EntityGroups.h"
 
 namespace cadhost::dxf {
 
-Use ReadBlockReferencePart(AcDbBlockReference& reference, const Group& g, ObjectReader& in);
-void FinishBlockReferencePart(AcDbBlockReference& reference, ObjectReader& in);
+Use ReadBlockReferencePart(AcDbBlockReference& reference, BlockReferenceRead& read, const Group& g, ObjectReader& in);
+void FinishBlockReferencePart(AcDbBlockReference& reference, BlockReferenceRead& read, ObjectReader& in);
 void WriteBlockReferencePart(const AcDbBlockReference& reference, ObjectWriter& out);
 
 namespace {
 
-// state: 1 in the AcDbTable part, 2 among the cells, 4 inside a cell's
-// value block (300 CELL_VALUE ... 304 ACVALUE_END), 8 the cell's text
-// begun. scratch[3..5] the direction.
-constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCounted = 16, kTextTaken = 32,
-              kTextEnded = 64, kPointSeen = 128;
+struct TableRead {
+    BlockReferenceRead reference;  // the block reference part, before the table's own
+    bool pointSeen = false;        // the reference's insertion point
+    bool inTablePart = false;      // after the AcDbTable marker (or the first group of that part)
+    int placeReached = 0;          // of the places below
+    bool hadDirection = false;
+    AcGeVector3d direction{0, 0, 0};
+    long long rows = 0, columns = 0;
+    bool amongCells = false;
+    // The cell being read.
+    struct Cell {
+        bool inValue = false;     // inside its value block (300 CELL_VALUE ... 304 ACVALUE_END)
+        bool textBegun = false;   // its text's place is passed
+        bool slotCounted = false; // that place was counted before its text came
+        bool textTaken = false;   // a part of its text was read
+        bool textEnded = false;   // its text's last part (group 1) was read
+        std::string text;         // its text's parts as the file wrote them, joined
+    } cell;
+};
 
 // The writer gives the table's part in this order: its direction, rows,
 // columns, then heights, widths and cells. A place a file leaves out is
@@ -26,38 +40,39 @@ constexpr int kTablePart = 1, kCells = 2, kInValue = 4, kTextBegun = 8, kSlotCou
 // late stands in the place counted for it. Answers whether the place was
 // counted before.
 enum { kDirectionPlace = 1, kRowsPlace = 2, kColumnsPlace = 3 };
-bool PlaceCounted(ObjectReader& in, int place) {
-    int reached = static_cast<int>(in.scratch[6]);
+bool PlaceCounted(TableRead& read, ObjectReader& in, int place) {
+    int reached = read.placeReached;
     if (reached >= place) return true;
     if (place - 1 > reached) in.Skip(place - 1 - reached);
-    in.scratch[6] = place;
+    read.placeReached = place;
     return false;
 }
 
 // The block reference's part ends where the table's begins, and is finished
-// there, before the table's groups take the reader's scratch values.
-void BeginTablePart(AcDbTable& table, ObjectReader& in) {
-    in.state |= kTablePart;
-    if (!(in.state & kPointSeen)) in.Skip(1);  // the writer gives the insertion point
-    FinishBlockReferencePart(table, in);
+// there.
+void BeginTablePart(AcDbTable& table, TableRead& read, ObjectReader& in) {
+    read.inTablePart = true;
+    if (!read.pointSeen) in.Skip(1);  // the writer gives the insertion point
+    FinishBlockReferencePart(table, read.reference, in);
 }
 
-// The block reference's groups; a table has no attributes, and the state
-// is the table's, so a 66 is kept as it stands.
-Use ReadReferencePart(AcDbTable& table, const Group& g, ObjectReader& in) {
+// The block reference's groups; a table has no attributes, so a 66 is kept
+// as it stands.
+Use ReadReferencePart(AcDbTable& table, TableRead& read, const Group& g, ObjectReader& in) {
     if (g.code == 66) return Use::kKept;
-    if (g.code == 10) in.state |= kPointSeen;
-    return ReadBlockReferencePart(table, g, in);
+    if (g.code == 10) read.pointSeen = true;
+    return ReadBlockReferencePart(table, read.reference, g, in);
 }
 
-Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& table = static_cast<AcDbTable&>(object);
+Use ReadCells(AcDbTable& table, TableRead& read, const Group& g, ObjectReader& in);
+
+Use ReadTable(AcDbTable& table, TableRead& read, const Group& g, ObjectReader& in) {
     if (g.code == 100) {
-        if (g.value == "AcDbTable" && !(in.state & kTablePart)) {
-            BeginTablePart(table, in);
+        if (g.value == "AcDbTable" && !read.inTablePart) {
+            BeginTablePart(table, read, in);
             return Use::kKnown;
         }
-        if (!(in.state & kTablePart)) return ReadReferencePart(table, g, in);
+        if (!read.inTablePart) return ReadReferencePart(table, read, g, in);
         return Use::kKept;
     }
     // A file without markers shows the table's part by the codes of it that
@@ -65,98 +80,102 @@ Use ReadTable(AcDbObject& object, const Group& g, ObjectReader& in) {
     // stay where they stood, on either side of the marker.
     bool tableCode = g.code == 11 || g.code == 21 || g.code == 31 || g.code == 91 || g.code == 92 ||
                      g.code == 141 || g.code == 142 || g.code == 171;
-    if (!(in.state & kTablePart) && tableCode) {
-        BeginTablePart(table, in);
+    if (!read.inTablePart && tableCode) {
+        BeginTablePart(table, read, in);
         in.PassMarker("AcDbTable");
     }
-    if (!(in.state & kTablePart)) return ReadReferencePart(table, g, in);
-    if (!(in.state & kCells)) {
+    if (!read.inTablePart) return ReadReferencePart(table, read, g, in);
+    if (!read.amongCells) {
         switch (g.code) {
         case 11:
         case 21:
         case 31: {
             int axis = (g.code - 11) / 10;
-            bool late = PlaceCounted(in, kDirectionPlace);
-            in.scratch[3 + axis] = in.Real(g);
-            in.scratch[7] = 1;
+            bool late = PlaceCounted(read, in, kDirectionPlace);
+            read.direction[static_cast<unsigned>(axis)] = in.Real(g);
+            read.hadDirection = true;
             if (!late) return Use::kKnown;
             return axis == 0 ? Use::kCounted : Use::kContinued;
         }
         case 91:
         case 92: {
-            bool late = PlaceCounted(in, g.code == 91 ? kRowsPlace : kColumnsPlace);
+            bool late = PlaceCounted(read, in, g.code == 91 ? kRowsPlace : kColumnsPlace);
             long long count = in.Integer(g);
             if (count < 0 || count > 100000) in.Fail(g, "a table cannot have " + std::to_string(count) + " rows or columns");
-            (g.code == 91 ? in.scratch[0] : in.scratch[1]) = static_cast<double>(count);
+            (g.code == 91 ? read.rows : read.columns) = count;
             return late ? Use::kCounted : Use::kKnown;
         }
         case 141:
-            PlaceCounted(in, kColumnsPlace);
+            PlaceCounted(read, in, kColumnsPlace);
             table.rowHeights().push_back(in.Real(g));
             return Use::kKnown;
         case 142:
-            PlaceCounted(in, kColumnsPlace);
+            PlaceCounted(read, in, kColumnsPlace);
             table.columnWidths().push_back(in.Real(g));
             return Use::kKnown;
-        case 171: PlaceCounted(in, kColumnsPlace); break;  // the first cell
+        case 171: PlaceCounted(read, in, kColumnsPlace); break;  // the first cell
         default: return Use::kKept;
         }
     }
+    return ReadCells(table, read, g, in);
+}
+
+Use ReadCells(AcDbTable& table, TableRead& read, const Group& g, ObjectReader& in) {
+    TableRead::Cell& state = read.cell;
     // Among the cells. Every cell has a place for its text, counted where a
     // cell has none, so that a text given later lands in its own cell.
     if (g.code == 171) {
-        if ((in.state & kCells) && !(in.state & kTextBegun)) in.Skip(1);
-        in.state = (in.state | kCells) & ~(kInValue | kTextBegun | kSlotCounted | kTextTaken | kTextEnded);
+        if (read.amongCells && !state.textBegun) in.Skip(1);
+        read.amongCells = true;
+        std::string text = std::move(state.text);  // its room, for the next cell's text
+        text.clear();
+        state = TableRead::Cell();
+        state.text = std::move(text);
         AcDbTable::Cell cell;
         cell.type = static_cast<Adesk::Int16>(in.Integer(g));
         table.cells().push_back(cell);
-        in.text[0].clear();
         return Use::kKnown;
     }
-    if (g.code == 300 && g.value == "CELL_VALUE") in.state |= kInValue;
+    if (g.code == 300 && g.value == "CELL_VALUE") state.inValue = true;
     if (g.code == 304 && g.value == "ACVALUE_END") {
-        in.state &= ~kInValue;
+        state.inValue = false;
         return Use::kKept;
     }
     // A cell's text stands before its style; a cell without one has its
     // place counted there.
-    if ((g.code == 7 || g.code == 140 || g.code == 170) && !(in.state & kTextBegun)) {
+    if ((g.code == 7 || g.code == 140 || g.code == 170) && !state.textBegun) {
         in.Skip(1);
-        in.state |= kTextBegun | kSlotCounted;
+        state.textBegun = state.slotCounted = true;
     }
-    if (in.state & kInValue) {
+    if (state.inValue) {
         // The cell's value as it was last shown: its text when the cell has
         // no text group of its own.
         if (g.code == 302 && !table.cells().back().hasText) table.cells().back().text = in.Text(g);
         return Use::kKept;
     }
     if (g.code == 2 || g.code == 1) {
-        if (in.state & kTextEnded) return Use::kKept;  // a second text of the cell
+        if (state.textEnded) return Use::kKept;  // a second text of the cell
         AcDbTable::Cell& cell = table.cells().back();
-        bool first = !(in.state & kTextTaken);
-        in.state |= kTextBegun | kTextTaken;
-        in.text[0].append(g.value);
+        bool first = !state.textTaken;
+        state.textBegun = state.textTaken = true;
+        state.text.append(g.value);
         if (g.code == 1) {
-            cell.text = in.Decode(in.text[0]);
+            cell.text = in.Decode(state.text);
             cell.hasText = true;
-            in.state |= kTextEnded;
+            state.textEnded = true;
         }
         if (!first) return Use::kContinued;
-        return (in.state & kSlotCounted) ? Use::kCounted : Use::kKnown;  // after the style: its place was counted
+        return state.slotCounted ? Use::kCounted : Use::kKnown;  // after the style: its place was counted
     }
     return Use::kKept;
 }
 
-void FinishTable(AcDbObject& object, ObjectReader& in) {
-    auto& table = static_cast<AcDbTable&>(object);
-    if (!(in.state & kTablePart)) FinishBlockReferencePart(table, in);
-    if (in.scratch[7] != 0) {
-        AcGeVector3d direction(in.scratch[3], in.scratch[4], in.scratch[5]);
-        if (!direction.isZeroLength()) table.setDirection(direction);
-    }
+void FinishTable(AcDbTable& table, TableRead& read, ObjectReader& in) {
+    if (!read.inTablePart) FinishBlockReferencePart(table, read.reference, in);
+    if (read.hadDirection && !read.direction.isZeroLength()) table.setDirection(read.direction);
     // A height for every row, a width for every column, no more cells than
     // they make.
-    auto rows = static_cast<size_t>(in.scratch[0]), columns = static_cast<size_t>(in.scratch[1]);
+    auto rows = static_cast<size_t>(read.rows), columns = static_cast<size_t>(read.columns);
     Group none;
     if (rows != table.rowHeights().size())
         in.Fail(none, "a table of " + std::to_string(rows) + " rows lists " +
@@ -190,8 +209,8 @@ constexpr ClassIo kTableClasses[] = {
     {.dxfName = "ACAD_TABLE",
      .rxClass = AcDbTable::desc,
      .create = [] { return static_cast<AcDbObject*>(new AcDbTable); },
-     .read = ReadTable,
-     .finish = FinishTable,
+     .read = Reads<ReadTable>,
+     .finish = Finishes<FinishTable>,
      .write = WriteTable,
      .cppName = "AcDbTable",
      .appName = "ObjectDBX Classes",

@@ -8,11 +8,18 @@ namespace cadhost::dxf {
 namespace {
 
 // TEXT, ATTRIB and ATTDEF ---------------------------------------------
-constexpr int kSecondPart = 256;
-// scratch[0..2] normal; state bit 2 once the second AcDbText marker of a
-// TEXT was met.
+struct TextRead {
+    // A TEXT's part after its second AcDbText marker, which holds only the
+    // vertical mode; an attribute's (definition's) own part, after its
+    // marker, where only its tag, prompt, flags and vertical mode are read:
+    // the rest of that part means other things in newer releases.
+    bool hadTextMarker = false;
+    bool inSecondPart = false;
+    bool inAttributePart = false;
+    FileNormal normal;
+};
 
-Use ReadTextBody(AcDbText& text, const Group& g, ObjectReader& in, int verticalCode) {
+Use ReadTextBody(AcDbText& text, TextRead& read, const Group& g, ObjectReader& in, int verticalCode) {
     switch (g.code) {
     case 10:
     case 20:
@@ -52,7 +59,7 @@ Use ReadTextBody(AcDbText& text, const Group& g, ObjectReader& in, int verticalC
     case 220:
     case 230: {
         Note(text, kHad210);
-        return ScratchVector(210, g, in);
+        return read.normal.Read(210, g, in);
     }
     default:
         if (g.code == verticalCode) {
@@ -66,8 +73,8 @@ Use ReadTextBody(AcDbText& text, const Group& g, ObjectReader& in, int verticalC
     }
 }
 
-void FinishText(AcDbObject& object, ObjectReader& in) {
-    if (Had(object, kHad210)) static_cast<AcDbText&>(object).setPlaneNormal(Normal(in.scratch));
+void FinishText(AcDbText& text, TextRead& read, ObjectReader&) {
+    if (Had(text, kHad210)) text.setPlaneNormal(read.normal.Value());
 }
 
 void WriteTextBody(const AcDbText& text, ObjectWriter& out) {
@@ -81,15 +88,15 @@ void WriteTextBody(const AcDbText& text, ObjectWriter& out) {
     if (Had(text, kHad210) || text.normal() != AcGeVector3d::kZAxis) out.Vector(210, text.normal());
 }
 
-Use ReadText(AcDbObject& object, const Group& g, ObjectReader& in) {
+Use ReadText(AcDbText& text, TextRead& read, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbText")) {
         // The second marker opens the part that holds the vertical mode.
-        if (in.state & 128) in.state |= kSecondPart;
-        in.state |= 128;
+        if (read.hadTextMarker) read.inSecondPart = true;
+        read.hadTextMarker = true;
         return Use::kKnown;
     }
-    if ((in.state & kSecondPart) && g.code != 73) return Use::kKept;
-    return ReadTextBody(static_cast<AcDbText&>(object), g, in, 73);
+    if (read.inSecondPart && g.code != 73) return Use::kKept;
+    return ReadTextBody(text, read, g, in, 73);
 }
 
 void WriteText(const AcDbObject& object, ObjectWriter& out) {
@@ -100,19 +107,13 @@ void WriteText(const AcDbObject& object, ObjectWriter& out) {
     if (Had(text, kHadVertical) || text.verticalMode() != AcDb::kTextBase) out.Integer(73, text.verticalMode());
 }
 
-// In an attribute's own part (after its subclass marker) only its tag,
-// prompt, flags and vertical mode are read; the rest of that part means
-// other things in newer releases. state bit 64 marks that part.
-constexpr int kAttributePart = 64;
-
-Use ReadAttribute(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& attribute = static_cast<AcDbAttribute&>(object);
+Use ReadAttribute(AcDbAttribute& attribute, TextRead& read, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbText")) return Use::kKnown;
     if (IsMarker(g, "AcDbAttribute")) {
-        in.state |= kAttributePart;
+        read.inAttributePart = true;
         return Use::kKnown;
     }
-    if ((in.state & kAttributePart) && g.code != 2 && g.code != 70 && g.code != 74) return Use::kKept;
+    if (read.inAttributePart && g.code != 2 && g.code != 70 && g.code != 74) return Use::kKept;
     if (g.code == 2) {
         attribute.setTagUtf8(in.Text(g));
         return Use::kKnown;
@@ -121,7 +122,7 @@ Use ReadAttribute(AcDbObject& object, const Group& g, ObjectReader& in) {
         attribute.setFlags(static_cast<Adesk::Int16>(in.Integer(g)));
         return Use::kKnown;
     }
-    return ReadTextBody(attribute, g, in, 74);
+    return ReadTextBody(attribute, read, g, in, 74);
 }
 
 void WriteAttribute(const AcDbObject& object, ObjectWriter& out) {
@@ -135,19 +136,18 @@ void WriteAttribute(const AcDbObject& object, ObjectWriter& out) {
         out.Integer(74, attribute.verticalMode());
 }
 
-Use ReadDefinition(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& definition = static_cast<AcDbAttributeDefinition&>(object);
+Use ReadDefinition(AcDbAttributeDefinition& definition, TextRead& read, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbText")) return Use::kKnown;
     if (IsMarker(g, "AcDbAttributeDefinition")) {
-        in.state |= kAttributePart;
+        read.inAttributePart = true;
         return Use::kKnown;
     }
-    if ((in.state & kAttributePart) && g.code != 2 && g.code != 3 && g.code != 70 && g.code != 74) return Use::kKept;
+    if (read.inAttributePart && g.code != 2 && g.code != 3 && g.code != 70 && g.code != 74) return Use::kKept;
     switch (g.code) {
     case 2: definition.setTagUtf8(in.Text(g)); return Use::kKnown;
     case 3: definition.setPromptUtf8(in.Text(g)); return Use::kKnown;
     case 70: definition.setFlags(static_cast<Adesk::Int16>(in.Integer(g))); return Use::kKnown;
-    default: return ReadTextBody(definition, g, in, 74);
+    default: return ReadTextBody(definition, read, g, in, 74);
     }
 }
 
@@ -164,17 +164,31 @@ void WriteDefinition(const AcDbObject& object, ObjectWriter& out) {
 }
 
 // MTEXT ------------------------------------------------------------------
-// state: 1 text begun, 2 columns met (a later 50 is a column height),
-// 4 inside the embedded object (its groups mean other things).
+struct MTextRead {
+    std::string contents;  // its parts (groups 3, then 1) as the file wrote them, joined
+    bool contentsBegun = false;
+    bool columnsMet = false;     // a later 50 is a column height
+    bool inEmbedded = false;     // inside the embedded object: its groups mean other things
+    AcGeVector3d direction{0, 0, 0};
+    double rotationDegrees = 0;
+    FileNormal normal;
 
-Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& mtext = static_cast<AcDbMText&>(object);
+    // Ready for the next text, keeping the room its contents took.
+    void Reset() {
+        std::string kept = std::move(contents);
+        kept.clear();
+        *this = MTextRead();
+        contents = std::move(kept);
+    }
+};
+
+Use ReadMText(AcDbMText& mtext, MTextRead& read, const Group& g, ObjectReader& in) {
     // The embedded object closes an MTEXT: it stays behind the text's own
     // groups wherever a file had it.
-    if (in.state & 4) return Use::kKeptAtEnd;
+    if (read.inEmbedded) return Use::kKeptAtEnd;
     switch (g.code) {
     case 100: return g.value == "AcDbMText" ? Use::kKnown : Use::kKept;
-    case 101: in.state |= 4; return Use::kKeptAtEnd;
+    case 101: read.inEmbedded = true; return Use::kKeptAtEnd;
     case 10:
     case 20:
     case 30: {
@@ -185,7 +199,7 @@ Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
     }
     case 40: mtext.setHeightRaw(in.Real(g)); return Use::kKnown;
     case 41:
-        Note(object, kHad41);
+        Note(mtext, kHad41);
         mtext.setWidthRaw(in.Real(g));
         return Use::kKnown;
     case 71: {
@@ -196,47 +210,44 @@ Use ReadMText(AcDbObject& object, const Group& g, ObjectReader& in) {
     }
     case 3:
     case 1: {
-        in.text[0].append(g.value);
-        bool first = !(in.state & 1);
-        in.state |= 1;
+        read.contents.append(g.value);
+        bool first = !read.contentsBegun;
+        read.contentsBegun = true;
         return first ? Use::kKnown : Use::kContinued;
     }
     case 11:
     case 21:
     case 31: {
-        Note(object, kHad11);
-        AcGeVector3d v(in.scratch[3], in.scratch[4], in.scratch[5]);
-        Use use = Vector(v, 11, g, in);
-        in.scratch[3] = v.x, in.scratch[4] = v.y, in.scratch[5] = v.z;
-        return use;
+        Note(mtext, kHad11);
+        return Vector(read.direction, 11, g, in);
     }
     case 50:
-        if (in.state & 2) return Use::kKept;
-        Note(object, kHad50);
-        in.scratch[6] = in.Real(g);
+        if (read.columnsMet) return Use::kKept;
+        Note(mtext, kHad50);
+        read.rotationDegrees = in.Real(g);
         return Use::kKnown;
-    case 75: in.state |= 2; return Use::kKept;
+    case 75: read.columnsMet = true; return Use::kKept;
     case 210:
     case 220:
     case 230: {
-        Note(object, kHad210);
-        return ScratchVector(210, g, in);
+        Note(mtext, kHad210);
+        return read.normal.Read(210, g, in);
     }
     default: return Use::kKept;
     }
 }
 
-void FinishMText(AcDbObject& object, ObjectReader& in) {
-    auto& mtext = static_cast<AcDbMText&>(object);
+void FinishMText(AcDbMText& mtext, MTextRead& read, ObjectReader& in) {
     // Long texts (those that show a whole file, many alike) are shared.
-    if (in.text[0].size() > 250)
-        mtext.setContentsUtf8(in.Shared<std::string>('M', in.text[0], [&in] { return in.Decode(in.text[0]); }));
+    const std::string& raw = read.contents;
+    if (raw.size() > 250)
+        mtext.setContentsUtf8(in.Shared<std::string>('M', raw, [&in, &raw] { return in.Decode(raw); }));
     else
-        mtext.setContentsUtf8(in.Decode(in.text[0]));
-    if (Had(object, kHad210)) mtext.setNormalRaw(Normal(in.scratch));
+        mtext.setContentsUtf8(in.Decode(raw));
+    if (Had(mtext, kHad210)) mtext.setNormalRaw(read.normal.Value());
     // A direction wins over an angle when a file gives both.
-    if (Had(object, kHad11)) mtext.setDirectionRaw(AcGeVector3d(in.scratch[3], in.scratch[4], in.scratch[5]));
-    else if (Had(object, kHad50)) mtext.setRotationDegrees(in.scratch[6]);
+    if (Had(mtext, kHad11)) mtext.setDirectionRaw(read.direction);
+    else if (Had(mtext, kHad50)) mtext.setRotationDegrees(read.rotationDegrees);
 }
 
 void WriteMText(const AcDbObject& object, ObjectWriter& out) {
@@ -259,32 +270,32 @@ constexpr ClassIo kTextClasses[] = {
     {.dxfName = "TEXT",
      .rxClass = AcDbText::desc,
      .create = Make<AcDbText>,
-     .read = ReadText,
-     .finish = FinishText,
+     .read = Reads<ReadText>,
+     .finish = Finishes<FinishText>,
      .write = WriteText,
      .isEntity = true,
      .markers = "AcDbText|AcDbText"},
     {.dxfName = "ATTRIB",
      .rxClass = AcDbAttribute::desc,
      .create = Make<AcDbAttribute>,
-     .read = ReadAttribute,
-     .finish = FinishText,
+     .read = Reads<ReadAttribute>,
+     .finish = Finishes<FinishText>,
      .write = WriteAttribute,
      .isEntity = true,
      .markers = "AcDbText|AcDbAttribute"},
     {.dxfName = "ATTDEF",
      .rxClass = AcDbAttributeDefinition::desc,
      .create = Make<AcDbAttributeDefinition>,
-     .read = ReadDefinition,
-     .finish = FinishText,
+     .read = Reads<ReadDefinition>,
+     .finish = Finishes<FinishText>,
      .write = WriteDefinition,
      .isEntity = true,
      .markers = "AcDbText|AcDbAttributeDefinition"},
     {.dxfName = "MTEXT",
      .rxClass = AcDbMText::desc,
      .create = Make<AcDbMText>,
-     .read = ReadMText,
-     .finish = FinishMText,
+     .read = Reads<ReadMText>,
+     .finish = Finishes<FinishMText>,
      .write = WriteMText,
      .isEntity = true,
      .markers = "AcDbMText"},

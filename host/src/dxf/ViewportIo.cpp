@@ -8,8 +8,13 @@ namespace {
 
 // VIEWPORT -------------------------------------------------------------
 
-Use ReadViewport(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& viewport = static_cast<AcDbViewport&>(object);
+// The view direction as the file gave it (its length is the file's own).
+struct ViewportRead {
+    bool hadDirection = false;
+    AcGeVector3d direction{0, 0, 0};
+};
+
+Use ReadViewport(AcDbViewport& viewport, ViewportRead& read, const Group& g, ObjectReader& in) {
     switch (g.code) {
     case 100: return g.value == "AcDbViewport" ? Use::kKnown : Use::kKept;
     case 10:
@@ -34,9 +39,8 @@ Use ReadViewport(AcDbObject& object, const Group& g, ObjectReader& in) {
     case 16:
     case 26:
     case 36: {
-        Use use = ScratchVector(16, g, in);
-        in.state |= 1;
-        return use;
+        read.hadDirection = true;
+        return Vector(read.direction, 16, g, in);
     }
     case 17:
     case 27:
@@ -52,12 +56,10 @@ Use ReadViewport(AcDbObject& object, const Group& g, ObjectReader& in) {
     }
 }
 
-void FinishViewport(AcDbObject& object, ObjectReader& in) {
-    // The direction as the file gave it (its length is the file's own);
-    // a zero vector means the default.
-    AcGeVector3d direction(in.scratch[0], in.scratch[1], in.scratch[2]);
-    if (in.state & 1)
-        static_cast<AcDbViewport&>(object).setViewDirection(direction.isZeroLength() ? AcGeVector3d::kZAxis : direction);
+void FinishViewport(AcDbViewport& viewport, ViewportRead& read, ObjectReader&) {
+    // A zero vector means the default.
+    if (read.hadDirection)
+        viewport.setViewDirection(read.direction.isZeroLength() ? AcGeVector3d::kZAxis : read.direction);
 }
 
 void WriteViewport(const AcDbObject& object, ObjectWriter& out) {
@@ -80,8 +82,8 @@ constexpr ClassIo kViewportClasses[] = {
     {.dxfName = "VIEWPORT",
      .rxClass = AcDbViewport::desc,
      .create = Make<AcDbViewport>,
-     .read = ReadViewport,
-     .finish = FinishViewport,
+     .read = Reads<ReadViewport>,
+     .finish = Finishes<FinishViewport>,
      .write = WriteViewport,
      .isEntity = true,
      .markers = "AcDbViewport"},
