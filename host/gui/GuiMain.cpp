@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/image.h>
 #include <wx/init.h>
+#include <wx/log.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -26,7 +27,10 @@ public:
             frame->Show();
             return true;
         }
-        // A picture of the first view at the asked size, then the end.
+        // A picture of the first view at the asked size, then the end; the
+        // library's own complaints go to standard error, never to a box
+        // that nobody will close.
+        delete wxLog::SetActiveTarget(new wxLogStream(&m_errors));
         DrawingView* view = frame->CurrentView();
         if (!view) {
             m_errors << "cadhost: the drawing has no space to show\n";

@@ -10,12 +10,21 @@
 #include <wx/textctrl.h>
 
 #include "DrawingView.h"
+#include "WindowDriver.h"
 #include "core/Utf8.h"
 
 namespace cadhost::gui {
 
 namespace {
-enum { kZoomExtents = wxID_HIGHEST + 1, kPrompt };
+enum { kZoomExtents = wxID_HIGHEST + 1, kPrompt, kFirstMacro = wxID_HIGHEST + 1000 };
+
+// A menu macro as the command line takes it: "^C^C_Quillmark_About" cancels
+// what runs and types the command.
+std::wstring CommandOfMacro(std::wstring macro) {
+    for (size_t at; (at = macro.find(L"^C")) != std::wstring::npos;) macro.erase(at, 2);
+    while (!macro.empty() && (macro.back() == L';' || macro.back() == L' ')) macro.pop_back();
+    return macro;
+}
 }
 
 HistoryBuffer::int_type HistoryBuffer::overflow(int_type ch) {
@@ -50,10 +59,14 @@ MainFrame::MainFrame(Host& host) : wxFrame(nullptr, wxID_ANY, wxS("cadhost"), wx
     m_historyBuffer = std::make_unique<HistoryBuffer>(m_history);
     m_historyStream = std::make_unique<std::ostream>(m_historyBuffer.get());
     m_host.commandLine().SetOutput(*m_historyStream);
+    // The framework's message boxes, file dialogs and menus open here.
+    m_driver = std::make_unique<WindowDriver>(this);
+    m_host.desktop().SetDriver(m_driver.get());
     ShowDrawing();
 }
 
 MainFrame::~MainFrame() {
+    m_host.desktop().SetDriver(nullptr);
     m_host.commandLine().SetOutput(std::cout);
 }
 
@@ -75,6 +88,33 @@ void MainFrame::MakeMenus() {
     Bind(wxEVT_MENU, &MainFrame::OnSaveAs, this, wxID_SAVEAS);
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
     Bind(wxEVT_MENU, &MainFrame::OnZoomExtents, this, kZoomExtents);
+    m_ownMenus = bar->GetMenuCount();
+    Bind(
+        wxEVT_MENU,
+        [this](wxCommandEvent& event) {
+            size_t index = static_cast<size_t>(event.GetId() - kFirstMacro);
+            if (index < m_macros.size()) RunCommand(CommandOfMacro(m_macros[index]));
+        },
+        kFirstMacro, kFirstMacro + 999);
+}
+
+void MainFrame::ShowModuleMenus() {
+    wxMenuBar* bar = GetMenuBar();
+    while (bar->GetMenuCount() > m_ownMenus) delete bar->Remove(bar->GetMenuCount() - 1);
+    m_macros.clear();
+    for (const MenuBar::PullDown& pullDown : m_host.menus().PullDowns()) {
+        if (pullDown.group.empty() || pullDown.items.empty()) continue;
+        auto* menu = new wxMenu;
+        for (const MenuItem& item : pullDown.items) {
+            if (item.label.empty()) {
+                menu->AppendSeparator();
+            } else if (m_macros.size() < 1000) {
+                menu->Append(kFirstMacro + static_cast<int>(m_macros.size()), wxString(item.label));
+                m_macros.push_back(item.macro);
+            }
+        }
+        bar->Append(menu, wxString(pullDown.title));
+    }
 }
 
 DrawingView* MainFrame::CurrentView() {
@@ -91,6 +131,7 @@ void MainFrame::ShowDrawing() {
     for (const view::Space& space : view::SpacesOf(*database))
         m_tabs->AddPage(new DrawingView(m_tabs, *m_scenes, space.block), wxString(space.name));
     UpdateTitle();
+    ShowModuleMenus();
 }
 
 void MainFrame::UpdateTitle() {
@@ -155,6 +196,7 @@ void MainFrame::RunCommand(const std::wstring& typed) {
         ShowDrawing();
         return;
     }
+    ShowModuleMenus();  // a command may load or take off a menu
     if (m_scenes) m_scenes->Forget();
     for (size_t page = 0; page < m_tabs->GetPageCount(); ++page) static_cast<DrawingView*>(m_tabs->GetPage(page))->Redraw();
 }

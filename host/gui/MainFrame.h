@@ -20,6 +20,7 @@ class wxBookCtrlEvent;
 namespace cadhost::gui {
 
 class DrawingView;
+class WindowDriver;
 
 // Command-line text as the host prints it (UTF-8), appended to a text box.
 class HistoryBuffer : public std::streambuf {
@@ -47,6 +48,9 @@ public:
 
 private:
     void MakeMenus();
+    // The pull-downs that modules put on the host's menu bar, after the
+    // window's own; their items run their macros on the command line.
+    void ShowModuleMenus();
     void OnOpen(wxCommandEvent& event);
     void OnSave(wxCommandEvent& event);
     void OnSaveAs(wxCommandEvent& event);
@@ -62,6 +66,9 @@ private:
     std::unique_ptr<HistoryBuffer> m_historyBuffer;
     std::unique_ptr<std::ostream> m_historyStream;
     std::unique_ptr<view::Scenes> m_scenes;
+    std::unique_ptr<WindowDriver> m_driver;
+    size_t m_ownMenus = 0;
+    std::vector<std::wstring> m_macros;  // by menu id - kFirstMacro
 };
 
 }  // namespace cadhost::gui

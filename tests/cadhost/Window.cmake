@@ -7,7 +7,7 @@ file(MAKE_DIRECTORY ${WORK})
 execute_process(COMMAND ${XVFB_RUN} -a -s "-screen 0 1280x1024x24"
                         ${CADHOST} --settings ${WORK}/settings --snapshot ${WORK}/tour.png --size 640x480
                         ${SOURCE}/examples/tour.dxf
-                RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+                TIMEOUT 120 RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "cadhost --snapshot exited with ${status}:\n${out}${err}")
 endif()
@@ -30,14 +30,23 @@ endif()
 file(WRITE ${WORK}/broken.dxf "0\nSECTION\n2\nENTITIES\n0\nLINE\n10\nnot a number\n")
 execute_process(COMMAND ${XVFB_RUN} -a ${CADHOST} --settings ${WORK}/settings --snapshot ${WORK}/broken.png
                         ${WORK}/broken.dxf
-                RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+                TIMEOUT 120 RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
 if(NOT status EQUAL 2 OR NOT err MATCHES "broken.dxf" OR EXISTS ${WORK}/broken.png)
   message(FATAL_ERROR "cadhost --snapshot of a broken drawing exited with ${status}:\n${out}${err}")
 endif()
 
+# A picture that cannot be written: said on standard error, not in a box
+# that waits for a click.
+execute_process(COMMAND ${XVFB_RUN} -a ${CADHOST} --settings ${WORK}/settings --snapshot ${WORK}/no/such/folder.png
+                        ${SOURCE}/examples/tour.dxf
+                TIMEOUT 120 RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT status EQUAL 1 OR NOT err MATCHES "cannot write .*folder.png")
+  message(FATAL_ERROR "cadhost --snapshot to a missing folder exited with ${status}:\n${out}${err}")
+endif()
+
 foreach(bad "--size;0x480" "--size;640" "--gui;--script;${WORK}/none.qms")
   execute_process(COMMAND ${CADHOST} ${bad} ${SOURCE}/examples/tour.dxf
-                  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+                  TIMEOUT 120 RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT status EQUAL 2 OR NOT err MATCHES "^cadhost: ")
     message(FATAL_ERROR "cadhost ${bad} exited with ${status}:\n${out}${err}")
   endif()

@@ -91,13 +91,34 @@ void SceneDrawer::Draw(const Scene& scene, const Affine& toScreen, Rgb reference
 void SceneDrawer::DrawOutline(const Scene& scene, const Outline& outline, const Affine& toScreen, Rgb color,
                               const Clip& clip) {
     ++counts.outlines;
-    const AcGePoint2d* points = &scene.points[outline.first];
-    double halfWidth = outline.width * toScreen.Scale() / 2;
+    const Vertex* points = &scene.points[outline.first];
+    double pixels = toScreen.Scale();
+    double halfWidth = outline.width * pixels / 2;
     m_corners.clear();
-    for (std::uint32_t i = 0; i < outline.count; ++i) {
+    auto add = [&](double px, double py) {
         double x, y;
-        toScreen.Apply(points[i].x, points[i].y, x, y);
+        toScreen.Apply(px, py, x, y);
         m_corners.emplace_back(x, y);
+    };
+    for (std::uint32_t i = 0; i < outline.count; ++i) {
+        const Vertex& a = points[i];
+        add(a.x, a.y);
+        bool last = i + 1 == outline.count;
+        if (a.bulge == 0 || (last && !outline.closed)) continue;
+        // The arc to the next point in edges no more than half a pixel off it.
+        const Vertex& b = points[last ? 0 : i + 1];
+        double chord = std::hypot(b.x - a.x, b.y - a.y);
+        if (chord == 0) continue;
+        double offset = (1 / a.bulge - a.bulge) / 4;
+        double cx = (a.x + b.x) / 2 - (b.y - a.y) * offset, cy = (a.y + b.y) / 2 + (b.x - a.x) * offset;
+        double radius = std::hypot(a.x - cx, a.y - cy), start = std::atan2(a.y - cy, a.x - cx);
+        double sweep = 4 * std::atan(a.bulge), onScreen = radius * pixels;
+        double step = onScreen > 0.5 ? 2 * std::acos(1 - 0.5 / onScreen) : std::fabs(sweep);
+        int edges = std::clamp(static_cast<int>(std::ceil(std::fabs(sweep) / step)), 1, 256);
+        for (int k = 1; k < edges; ++k) {
+            double angle = start + sweep * k / edges;
+            add(cx + radius * std::cos(angle), cy + radius * std::sin(angle));
+        }
     }
     if (outline.filled) {
         m_raster.Fill(m_corners, color, clip);

@@ -75,8 +75,19 @@ struct Paint {
     bool fromReference = false;
 };
 
-// A run of connected points, as drawn: straight edges, arcs already made
-// into short edges.
+// A point of an outline; bulge is the tangent of a quarter of the angle of
+// the arc to the next point (0 straight, 1 a half circle counterclockwise,
+// negative clockwise), as polylines keep arcs. Arcs are made into edges only
+// when drawn, as fine as their size on the screen asks.
+struct Vertex {
+    double x = 0, y = 0, bulge = 0;
+};
+
+// Adds to a box the arc from a to b of a bulge (the points where it meets
+// the axis directions, beside its ends).
+void AddArc(Box& box, const Vertex& a, const Vertex& b);
+
+// A run of connected points, as drawn.
 struct Outline {
     std::uint32_t first = 0;  // into Scene::points
     std::uint32_t count = 0;
@@ -117,7 +128,7 @@ struct Inset {
 };
 
 struct Scene {
-    std::vector<AcGePoint2d> points;
+    std::vector<Vertex> points;
     std::vector<Outline> outlines;
     std::vector<Label> labels;
     std::vector<Placement> placements;

@@ -34,6 +34,26 @@ Box Affine::Apply(const Box& box) const {
 
 double Affine::Scale() const { return std::max(std::hypot(a, b), std::hypot(c, d)); }
 
+void AddArc(Box& box, const Vertex& a, const Vertex& b) {
+    box.Add(a.x, a.y);
+    box.Add(b.x, b.y);
+    double chord = std::hypot(b.x - a.x, b.y - a.y);
+    if (a.bulge == 0 || chord == 0) return;
+    // The center lies off the chord's middle, to the left for a positive
+    // bulge, by (1/b - b)/4 of the chord.
+    double offset = (1 / a.bulge - a.bulge) / 4;
+    double cx = (a.x + b.x) / 2 - (b.y - a.y) * offset, cy = (a.y + b.y) / 2 + (b.x - a.x) * offset;
+    double radius = std::hypot(a.x - cx, a.y - cy);
+    double start = std::atan2(a.y - cy, a.x - cx), sweep = 4 * std::atan(a.bulge);
+    constexpr double kTurn = 2 * std::numbers::pi;
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        double angle = quarter * kTurn / 4;
+        // How far along the sweep's direction the axis direction lies.
+        double along = sweep > 0 ? std::fmod(angle - start + 2 * kTurn, kTurn) : std::fmod(start - angle + 2 * kTurn, kTurn);
+        if (along <= std::fabs(sweep)) box.Add(cx + radius * std::cos(angle), cy + radius * std::sin(angle));
+    }
+}
+
 namespace {
 
 // Arcs are drawn as edges of at most this angle, fine enough that a circle
@@ -67,8 +87,8 @@ private:
         outline.paint = paint;
         return outline;
     }
-    void Point(Outline& outline, double x, double y) {
-        m_scene.points.emplace_back(x, y);
+    void Point(Outline& outline, double x, double y, double bulge = 0) {
+        m_scene.points.push_back({x, y, bulge});
         ++outline.count;
         outline.box.Add(x, y);
     }
@@ -76,6 +96,13 @@ private:
         if (outline.count == 0) {
             m_scene.outlines.pop_back();
             return;
+        }
+        // Arcs reach beyond their ends.
+        const Vertex* points = &m_scene.points[outline.first];
+        for (std::uint32_t i = 0; i < outline.count; ++i) {
+            bool last = i + 1 == outline.count;
+            if (points[i].bulge != 0 && (!last || outline.closed))
+                AddArc(outline.box, points[i], points[last ? 0 : i + 1]);
         }
         m_scene.box.Add(outline.box);
     }
@@ -135,18 +162,52 @@ void SceneMaker::Add(AcDbEntity& entity) {
     if (auto* viewport = AcDbViewport::cast(&entity)) return AddViewport(*viewport, paint);
 }
 
+// The sign that arcs of a plane with this normal take in plan: turning
+// counterclockwise about the normal is clockwise seen from above when the
+// normal points down; 0 for a plane that is not level, whose arcs are drawn
+// as edges.
+int PlanTurn(const AcGeVector3d& normal) {
+    AcGeVector3d n = normal.normal();
+    if (std::fabs(n.z - 1) < 1e-12) return 1;
+    if (std::fabs(n.z + 1) < 1e-12) return -1;
+    return 0;
+}
+
 void SceneMaker::AddCurve(const AcDbCurve& curve, const Paint& paint) {
     double start = 0, end = 0;
     if (curve.getStartParam(start) != Acad::eOk || curve.getEndParam(end) != Acad::eOk) return;
-    bool round = AcDbCircle::cast(&curve) || AcDbArc::cast(&curve);
-    int edges = round ? ArcEdges(end - start) : 1;
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    if (auto* circle = AcDbCircle::cast(&curve)) normal = circle->normal();
+    else if (auto* arc = AcDbArc::cast(&curve)) normal = arc->normal();
+    else if (!AcDbLine::cast(&curve)) return;
+    bool round = !AcDbLine::cast(&curve);
+    int turn = round ? PlanTurn(normal) : 1;
     Outline& outline = Begin(paint);
-    for (int i = 0; i <= edges; ++i) {
+    auto at = [&](double param, double bulge) {
         AcGePoint3d p;
-        double param = i == edges ? end : start + (end - start) * i / edges;
-        if (curve.getPointAtParam(param, p) == Acad::eOk) Point(outline, p.x, p.y);
+        if (curve.getPointAtParam(param, p) == Acad::eOk) Point(outline, p.x, p.y, bulge);
+    };
+    if (!round) {
+        at(start, 0);
+        at(end, 0);
+    } else if (turn == 0) {
+        // Not level: the ellipse it makes in plan, as edges.
+        int edges = ArcEdges(end - start);
+        for (int i = 0; i <= edges; ++i) at(i == edges ? end : start + (end - start) * i / edges, 0);
+    } else if (curve.isClosed()) {
+        // A circle: two half circles.
+        at(start, turn);
+        at(start + std::numbers::pi, turn);
+        outline.closed = true;
+    } else {
+        // An arc of at most a whole turn: halves beyond a half turn, so that
+        // a bulge stays within a half circle's.
+        double sweep = end - start;
+        int parts = sweep > std::numbers::pi ? 2 : 1;
+        double bulge = turn * std::tan(sweep / parts / 4);
+        for (int i = 0; i < parts; ++i) at(start + sweep * i / parts, bulge);
+        at(end, 0);
     }
-    outline.closed = curve.isClosed();
     End(outline);
 }
 
@@ -154,17 +215,21 @@ void SceneMaker::AddPolyline(const AcDbPolyline& polyline, const Paint& paint) {
     unsigned int vertices = polyline.numVerts();
     if (vertices == 0) return;
     unsigned int segments = polyline.closed() && vertices > 1 ? vertices : vertices - 1;
-    // Points along the polyline by parameter: vertex s at s, a segment's
-    // arc in between.
-    auto add = [&](Outline& outline, double param) {
+    int turn = PlanTurn(polyline.normal());
+    // Vertex s at parameter s; a tilted polyline's arcs as edges.
+    auto add = [&](Outline& outline, double param, double bulge) {
         AcGePoint3d p;
-        if (polyline.getPointAtParam(param, p) == Acad::eOk) Point(outline, p.x, p.y);
+        if (polyline.getPointAtParam(param, p) == Acad::eOk) Point(outline, p.x, p.y, bulge);
     };
     auto addSegment = [&](Outline& outline, unsigned int index) {
         double bulge = 0;
         polyline.getBulgeAt(index, bulge);
-        int edges = bulge == 0 ? 1 : ArcEdges(4 * std::atan(bulge));
-        for (int i = 1; i <= edges; ++i) add(outline, index + static_cast<double>(i) / edges);
+        if (turn != 0 || bulge == 0) {
+            add(outline, index, turn * bulge);
+            return;
+        }
+        int edges = ArcEdges(4 * std::atan(bulge));
+        for (int i = 0; i < edges; ++i) add(outline, index + static_cast<double>(i) / edges, 0);
     };
     // One width all along (the polyline's constant width where its
     // vertices give none), or each segment at its own.
@@ -180,8 +245,9 @@ void SceneMaker::AddPolyline(const AcDbPolyline& polyline, const Paint& paint) {
     if (uniform) {
         Outline& outline = Begin(paint);
         outline.width = static_cast<float>(first > 0 ? first : constant);
-        add(outline, 0);
+        outline.closed = polyline.closed() && vertices > 1;
         for (unsigned int s = 0; s < segments; ++s) addSegment(outline, s);
+        if (!outline.closed) add(outline, segments, 0);
         End(outline);
         return;
     }
@@ -190,8 +256,8 @@ void SceneMaker::AddPolyline(const AcDbPolyline& polyline, const Paint& paint) {
         polyline.getWidthsAt(s, startWidth, endWidth);
         Outline& outline = Begin(paint);
         outline.width = static_cast<float>((startWidth + endWidth) / 2);
-        add(outline, s);
         addSegment(outline, s);
+        add(outline, s + 1, 0);
         End(outline);
     }
 }

@@ -141,15 +141,39 @@ TEST_F(DrawingViewTest, ArcsOfPolylinesAndCirclesFollowTheirCurve) {
     EXPECT_EQ(At(picture, 40, 20), white);  // its left
     EXPECT_EQ(At(picture, 50, 20), cadhost::view::kBackground);  // its center
     EXPECT_EQ(At(picture, 50, 40), cadhost::view::kBackground);  // below the arc's chord side
-    // The arc's points lie on its circle.
+    // Arcs stay arcs in the scene, and their boxes reach their tops.
     const cadhost::view::Scene& scene = scenes.Of(Model());
     ASSERT_EQ(scene.outlines.size(), 2u);
     const cadhost::view::Outline& arc = scene.outlines[0];
-    EXPECT_GT(arc.count, 10u);
-    for (std::uint32_t i = 0; i < arc.count; ++i) {
-        const AcGePoint2d& p = scene.points[arc.first + i];
-        EXPECT_NEAR(std::hypot(p.x - 50, p.y - 50), 20, 1e-9);
-        EXPECT_GE(p.y, 50 - 1e-9);
+    ASSERT_EQ(arc.count, 2u);
+    EXPECT_EQ(scene.points[arc.first].bulge, -1);
+    EXPECT_NEAR(arc.box.maxY, 70, 1e-9);
+    EXPECT_NEAR(arc.box.minY, 50, 1e-9);
+    const cadhost::view::Outline& circle = scene.outlines[1];
+    EXPECT_TRUE(circle.closed);
+    EXPECT_NEAR(circle.box.minX, 40, 1e-9);
+    EXPECT_NEAR(circle.box.maxX, 60, 1e-9);
+    EXPECT_NEAR(circle.box.minY, 10, 1e-9);
+    EXPECT_NEAR(circle.box.maxY, 30, 1e-9);
+}
+
+TEST(ArcBoxTest, AnArcsBoxHoldsTheAxisPointsItPassesAndNoOthers) {
+    struct Case {
+        cadhost::view::Vertex a, b;
+        double minX, minY, maxX, maxY;
+    };
+    double quarter = std::tan(std::atan(1.0) * 2 / 4);  // a quarter turn's bulge
+    for (Case c : {Case{{1, 0, 1}, {-1, 0, 0}, -1, 0, 1, 1},          // the upper half, counterclockwise
+                   Case{{1, 0, -1}, {-1, 0, 0}, -1, -1, 1, 0},        // the lower half, clockwise
+                   Case{{1, 0, quarter}, {0, 1, 0}, 0, 0, 1, 1},      // a quarter: only its ends
+                   Case{{0, 1, quarter}, {-1, 0, 0}, -1, 0, 0, 1},
+                   Case{{2, 2, 0}, {3, 5, 0}, 2, 2, 3, 5}}) {         // straight
+        cadhost::view::Box box;
+        cadhost::view::AddArc(box, c.a, c.b);
+        EXPECT_NEAR(box.minX, c.minX, 1e-9);
+        EXPECT_NEAR(box.minY, c.minY, 1e-9);
+        EXPECT_NEAR(box.maxX, c.maxX, 1e-9);
+        EXPECT_NEAR(box.maxY, c.maxY, 1e-9);
     }
 }
 
