@@ -37,7 +37,7 @@ struct GroupEntry {
     GroupKind kind = GroupKind::kMarker;
     int code = 100;
     std::string_view marker;  // the subclass, for markers
-    // Optional groups: written when the file had them (this bit of
+    // Optional groups: written when the file had them (hadBit of
     // fileGroups, noted when read) or when the value is not the default.
     bool optional = false;
     Adesk::UInt16 hadBit = 0;
@@ -48,6 +48,7 @@ struct GroupEntry {
     bool mayTrail = false;
     // Why a value cannot be taken (null when it can), failing the file.
     const char* (*refuse)(double value) = nullptr;
+    const char* (*refuseText)(const std::string& utf8) = nullptr;
 
     AcGePoint3d (*point)(const T&) = nullptr;
     void (*setPoint)(T&, const AcGePoint3d&) = nullptr;
@@ -106,6 +107,12 @@ struct GroupsOf {
                 .text = [](const T& o) -> std::string { return Call<Get>(o); },
                 .setText = [](T& o, const std::string& v) { Call<Set>(o, v); }};
     }
+    // An entry whose group, when a file has it, is noted in this bit of
+    // fileGroups.
+    static constexpr Entry Noted(Entry entry, Adesk::UInt16 hadBit) {
+        entry.hadBit = hadBit;
+        return entry;
+    }
     // The normal, 210: optional, its default the z axis.
     template <auto Get, auto Set>
     static constexpr Entry Normal(bool mayTrail = false) {
@@ -146,7 +153,7 @@ bool Takes(const GroupEntry<T>& entry, int code) {
 
 template <class T>
 Use ReadEntry(T& object, TableRead& read, const GroupEntry<T>& entry, int index, const Group& g, ObjectReader& in) {
-    if (entry.optional && entry.hadBit) Note(object, entry.hadBit);
+    if (entry.hadBit) Note(object, entry.hadBit);
     switch (entry.kind) {
     case GroupKind::kMarker: return Use::kKept;
     case GroupKind::kPoint: {
@@ -164,7 +171,14 @@ Use ReadEntry(T& object, TableRead& read, const GroupEntry<T>& entry, int index,
         return Use::kKnown;
     }
     case GroupKind::kInteger: entry.setInteger(object, in.Integer(g)); return Use::kKnown;
-    case GroupKind::kText: entry.setText(object, in.Text(g)); return Use::kKnown;
+    case GroupKind::kText: {
+        std::string text = in.Text(g);
+        if (entry.refuseText) {
+            if (const char* why = entry.refuseText(text)) in.Fail(g, why);
+        }
+        entry.setText(object, text);
+        return Use::kKnown;
+    }
     case GroupKind::kNormal:
         if (entry.mayTrail && read.part > index) Note(object, kNormalLast);
         return read.normal.Read(entry.code, g, in);
