@@ -135,7 +135,7 @@ private:
 };
 
 // What the table's reader keeps between the groups of one object.
-struct TableRead {
+struct GroupTableRead {
     int part = -1;  // the index of the last marker of the table the object passed
     FileNormal normal;
 };
@@ -152,7 +152,7 @@ bool Takes(const GroupEntry<T>& entry, int code) {
 }
 
 template <class T>
-Use ReadEntry(T& object, TableRead& read, const GroupEntry<T>& entry, int index, const Group& g, ObjectReader& in) {
+Use ReadEntry(T& object, GroupTableRead& read, const GroupEntry<T>& entry, int index, const Group& g, ObjectReader& in) {
     if (entry.hadBit) Note(object, entry.hadBit);
     switch (entry.kind) {
     case GroupKind::kMarker: return Use::kKept;
@@ -188,7 +188,7 @@ Use ReadEntry(T& object, TableRead& read, const GroupEntry<T>& entry, int index,
 }  // namespace detail
 
 template <class T>
-Use ReadByTable(std::span<const GroupEntry<T>> table, T& object, TableRead& read, const Group& g, ObjectReader& in) {
+Use ReadByTable(std::span<const GroupEntry<T>> table, T& object, GroupTableRead& read, const Group& g, ObjectReader& in) {
     int index = 0;
     for (const GroupEntry<T>& entry : table) {
         if (entry.kind == GroupKind::kMarker) {
@@ -205,7 +205,7 @@ Use ReadByTable(std::span<const GroupEntry<T>> table, T& object, TableRead& read
 }
 
 template <class T>
-void FinishByTable(std::span<const GroupEntry<T>> table, T& object, TableRead& read) {
+void FinishByTable(std::span<const GroupEntry<T>> table, T& object, GroupTableRead& read) {
     for (const GroupEntry<T>& entry : table)
         if (entry.kind == GroupKind::kNormal && Had(object, entry.hadBit)) entry.setVector(object, read.normal.Value());
 }
@@ -252,10 +252,10 @@ void WriteByTable(std::span<const GroupEntry<T>> table, const T& object, ObjectW
 template <auto& Table>
 struct ByTable {
     using T = typename std::remove_cvref_t<decltype(Table[0])>::Object;
-    static Use Read(T& object, TableRead& read, const Group& g, ObjectReader& in) {
+    static Use Read(T& object, GroupTableRead& read, const Group& g, ObjectReader& in) {
         return ReadByTable<T>(Table, object, read, g, in);
     }
-    static void Finish(T& object, TableRead& read, ObjectReader&) { FinishByTable<T>(Table, object, read); }
+    static void Finish(T& object, GroupTableRead& read, ObjectReader&) { FinishByTable<T>(Table, object, read); }
     static void Write(const AcDbObject& object, ObjectWriter& out) {
         WriteByTable<T>(Table, static_cast<const T&>(object), out);
     }
