@@ -368,6 +368,38 @@ private:
     AcDbObjectId m_sequenceEnd;
 };
 
+// A point: its position in world coordinates, a thickness along its
+// normal, and the angle of the x axis of its plane (how a point style that
+// is drawn as a figure turns).
+class CADHOST_API AcDbPoint : public AcDbEntity {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbPoint)
+    AcDbPoint() = default;
+    explicit AcDbPoint(const AcGePoint3d& position) : m_position(position) {}
+    ~AcDbPoint() override;
+
+    AcGePoint3d position() const { return m_position; }
+    Acad::ErrorStatus setPosition(const AcGePoint3d& position);
+    double thickness() const { return m_thickness; }
+    Acad::ErrorStatus setThickness(double thickness);
+    AcGeVector3d normal() const { return m_normal; }
+    Acad::ErrorStatus setNormal(const AcGeVector3d& normal);
+    double ecsRotation() const;  // radians
+    Acad::ErrorStatus setEcsRotation(double angle);
+    // The host's own: the angle in degrees and the normal as files keep
+    // them.
+    double ecsDegrees() const { return m_ecsDegrees; }
+    void setEcsDegrees(double degrees) { m_ecsDegrees = degrees; }
+    void setPlaneNormal(const AcGeVector3d& normal) { m_normal = normal; }
+    void addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int depth = 0) const override;
+
+private:
+    AcGePoint3d m_position;
+    double m_thickness = 0;
+    AcGeVector3d m_normal = AcGeVector3d::kZAxis;
+    double m_ecsDegrees = 0;
+};
+
 // A filled triangle or quadrilateral; the corners lie in the plane of the
 // normal.
 class CADHOST_API AcDbSolid : public AcDbEntity {

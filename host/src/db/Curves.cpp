@@ -11,6 +11,7 @@ ACRX_DEFINE_MEMBERS(AcDbCurve, AcDbEntity)
 ACRX_DXF_DEFINE_MEMBERS(AcDbLine, AcDbCurve, L"LINE")
 ACRX_DXF_DEFINE_MEMBERS(AcDbCircle, AcDbCurve, L"CIRCLE")
 ACRX_DXF_DEFINE_MEMBERS(AcDbArc, AcDbCurve, L"ARC")
+ACRX_DXF_DEFINE_MEMBERS(AcDbPoint, AcDbEntity, L"POINT")
 
 namespace {
 // Parameters a hair outside the curve's range still name its ends.
@@ -299,4 +300,41 @@ void AcDbArc::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, 
     AcGeVector3d u = cadhost::Linear(transform, cadhost::Linear(plane, AcGeVector3d::kXAxis) * m_radius);
     AcGeVector3d v = cadhost::Linear(transform, cadhost::Linear(plane, AcGeVector3d::kYAxis) * m_radius);
     cadhost::AddEllipticArc(extents, transform * center(), u, v, startAngle(), totalAngle());
+}
+
+// Point ------------------------------------------------------------------
+
+AcDbPoint::~AcDbPoint() = default;
+
+Acad::ErrorStatus AcDbPoint::setPosition(const AcGePoint3d& position) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    m_position = position;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbPoint::setThickness(double thickness) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (!std::isfinite(thickness)) return Acad::eInvalidInput;
+    m_thickness = thickness;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbPoint::setNormal(const AcGeVector3d& normal) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (normal.isZeroLength()) return Acad::eInvalidInput;
+    m_normal = normal.normal();
+    return Acad::eOk;
+}
+
+double AcDbPoint::ecsRotation() const { return cadhost::ToRadians(m_ecsDegrees); }
+
+Acad::ErrorStatus AcDbPoint::setEcsRotation(double angle) {
+    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (!std::isfinite(angle)) return Acad::eInvalidInput;
+    m_ecsDegrees = cadhost::ToDegrees(angle);
+    return Acad::eOk;
+}
+
+void AcDbPoint::addExtentsTo(AcDbExtents& extents, const AcGeMatrix3d& transform, int) const {
+    extents.addPoint(transform * m_position);
 }

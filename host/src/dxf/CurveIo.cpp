@@ -1,97 +1,68 @@
 // Files' groups of the round entities: circles and arcs.
 #include <dbents.h>
-#include <type_traits>
 
-#include "dxf/EntityGroups.h"
+#include "dxf/GroupTable.h"
 
 namespace cadhost::dxf {
 namespace {
 
 // CIRCLE and ARC ---------------------------------------------------------
 
-struct RoundRead {
-    bool inArcPart = false;  // after the AcDbArc marker
-    FileNormal normal;
+const char* RefuseNegativeRadius(double radius) { return radius >= 0 ? nullptr : "a radius cannot be negative"; }
+
+// A radius of zero is an empty circle's: the object keeps its own.
+template <class T>
+void SetFileRadius(T& curve, double radius) {
+    if (radius > 0) curve.setRadius(radius);
+}
+
+template <class T>
+constexpr GroupEntry<T> Radius() {
+    GroupEntry<T> entry = GroupsOf<T>::template Real<&T::radius, SetFileRadius<T>>(40);
+    entry.refuse = RefuseNegativeRadius;
+    return entry;
+}
+
+void SetStartDegrees(AcDbArc& arc, double degrees) { arc.setDegrees(degrees, arc.endDegrees()); }
+void SetEndDegrees(AcDbArc& arc, double degrees) { arc.setDegrees(arc.startDegrees(), degrees); }
+
+using CircleGroups = GroupsOf<AcDbCircle>;
+constexpr GroupEntry<AcDbCircle> kCircleGroups[] = {
+    CircleGroups::Marker("AcDbCircle"),
+    CircleGroups::Point<&AcDbCircle::planeCenter, &AcDbCircle::setPlaneCenter>(10),
+    Radius<AcDbCircle>(),
+    CircleGroups::Normal<&AcDbCircle::normal, &AcDbCircle::setPlaneNormal>(),
 };
+using CircleIo = ByTable<kCircleGroups>;
 
-template <class T>
-Use ReadRound(T& curve, RoundRead& read, const Group& g, ObjectReader& in) {
-    if (IsMarker(g, "AcDbCircle")) return Use::kKnown;
-    if (IsMarker(g, "AcDbArc")) {
-        read.inArcPart = true;
-        return Use::kKnown;
-    }
-    if (IsCoordinate(g.code, 10)) {
-        AcGePoint3d p = curve.planeCenter();
-        Use use = Coordinate(p, 10, g, in);
-        curve.setPlaneCenter(p);
-        return use;
-    }
-    if (g.code == 40) {
-        double r = in.Real(g);
-        if (!(r >= 0)) in.Fail(g, "a radius cannot be negative");
-        if (r > 0) curve.setRadius(r);
-        return Use::kKnown;
-    }
-    if (IsCoordinate(g.code, 210)) {
-        Note(curve, kHad210);
-        if (read.inArcPart) Note(curve, kNormalLast);
-        return read.normal.Read(210, g, in);
-    }
-    if constexpr (std::is_same_v<T, AcDbArc>) {
-        if (g.code == 50) {
-            curve.setDegrees(in.Real(g), curve.endDegrees());
-            return Use::kKnown;
-        }
-        if (g.code == 51) {
-            curve.setDegrees(curve.startDegrees(), in.Real(g));
-            return Use::kKnown;
-        }
-    }
-    return Use::kKept;
-}
-
-template <class T>
-void FinishRound(T& curve, RoundRead& read, ObjectReader&) {
-    if (Had(curve, kHad210)) curve.setPlaneNormal(read.normal.Value());
-}
-
-void WriteCircle(const AcDbObject& object, ObjectWriter& out) {
-    auto& circle = static_cast<const AcDbCircle&>(object);
-    out.Marker("AcDbCircle");
-    out.Point(10, circle.planeCenter());
-    out.Real(40, circle.radius());
-    WriteNormal(out, object, circle.normal());
-}
-
-void WriteArc(const AcDbObject& object, ObjectWriter& out) {
-    auto& arc = static_cast<const AcDbArc&>(object);
-    out.Marker("AcDbCircle");
-    out.Point(10, arc.planeCenter());
-    out.Real(40, arc.radius());
-    bool last = Had(object, kNormalLast);
-    if (!last) WriteNormal(out, object, arc.normal());
-    out.Marker("AcDbArc");
-    out.Real(50, arc.startDegrees());
-    out.Real(51, arc.endDegrees());
-    if (last) WriteNormal(out, object, arc.normal());
-}
+// An arc's normal may stand after its angles, where files then keep it.
+using ArcGroups = GroupsOf<AcDbArc>;
+constexpr GroupEntry<AcDbArc> kArcGroups[] = {
+    ArcGroups::Marker("AcDbCircle"),
+    ArcGroups::Point<&AcDbArc::planeCenter, &AcDbArc::setPlaneCenter>(10),
+    Radius<AcDbArc>(),
+    ArcGroups::Normal<&AcDbArc::normal, &AcDbArc::setPlaneNormal>(true),
+    ArcGroups::Marker("AcDbArc"),
+    ArcGroups::Real<&AcDbArc::startDegrees, SetStartDegrees>(50),
+    ArcGroups::Real<&AcDbArc::endDegrees, SetEndDegrees>(51),
+};
+using ArcIo = ByTable<kArcGroups>;
 
 constexpr ClassIo kCurveClasses[] = {
     {.dxfName = "CIRCLE",
      .rxClass = AcDbCircle::desc,
      .create = Make<AcDbCircle>,
-     .read = Reads<ReadRound<AcDbCircle>>,
-     .finish = Finishes<FinishRound<AcDbCircle>>,
-     .write = WriteCircle,
+     .read = Reads<CircleIo::Read>,
+     .finish = Finishes<CircleIo::Finish>,
+     .write = CircleIo::Write,
      .isEntity = true,
      .markers = "AcDbCircle"},
     {.dxfName = "ARC",
      .rxClass = AcDbArc::desc,
      .create = Make<AcDbArc>,
-     .read = Reads<ReadRound<AcDbArc>>,
-     .finish = Finishes<FinishRound<AcDbArc>>,
-     .write = WriteArc,
+     .read = Reads<ArcIo::Read>,
+     .finish = Finishes<ArcIo::Finish>,
+     .write = ArcIo::Write,
      .isEntity = true,
      .markers = "AcDbCircle|AcDbArc"},
 };

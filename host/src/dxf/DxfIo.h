@@ -201,6 +201,7 @@ struct ClassIo {
 // writes them.
 std::span<const ClassIo> LineClasses();            // LineIo.cpp
 std::span<const ClassIo> CurveClasses();           // CurveIo.cpp
+std::span<const ClassIo> PointClasses();           // PointIo.cpp
 std::span<const ClassIo> PolylineClasses();        // PolylineIo.cpp
 std::span<const ClassIo> TextClasses();            // TextIo.cpp
 std::span<const ClassIo> BlockReferenceClasses();  // BlockReferenceIo.cpp

@@ -25,6 +25,7 @@ enum : Adesk::UInt16 {
     kAllWidths = 1 << 10,
     kAllBulges = 1 << 11,
     kNormalLast = 1 << 12,  // an arc's normal after its angles, not in its circle part
+    kHad39 = 1 << 13,
 };
 
 

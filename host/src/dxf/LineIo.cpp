@@ -1,36 +1,20 @@
 // Files' groups of the entities drawn by straight edges: lines and solids.
 #include <dbents.h>
 
-#include "dxf/EntityGroups.h"
+#include "dxf/GroupTable.h"
 
 namespace cadhost::dxf {
 namespace {
 
 // LINE -------------------------------------------------------------------
 
-Use ReadLine(AcDbLine& line, const Group& g, ObjectReader& in) {
-    if (IsMarker(g, "AcDbLine")) return Use::kKnown;
-    if (IsCoordinate(g.code, 10)) {
-        AcGePoint3d p = line.startPoint();
-        Use use = Coordinate(p, 10, g, in);
-        line.setStartPoint(p);
-        return use;
-    }
-    if (IsCoordinate(g.code, 11)) {
-        AcGePoint3d p = line.endPoint();
-        Use use = Coordinate(p, 11, g, in);
-        line.setEndPoint(p);
-        return use;
-    }
-    return Use::kKept;
-}
-
-void WriteLine(const AcDbObject& object, ObjectWriter& out) {
-    auto& line = static_cast<const AcDbLine&>(object);
-    out.Marker("AcDbLine");
-    out.Point(10, line.startPoint());
-    out.Point(11, line.endPoint());
-}
+using LineGroups = GroupsOf<AcDbLine>;
+constexpr GroupEntry<AcDbLine> kLineGroups[] = {
+    LineGroups::Marker("AcDbLine"),
+    LineGroups::Point<&AcDbLine::startPoint, &AcDbLine::setStartPoint>(10),
+    LineGroups::Point<&AcDbLine::endPoint, &AcDbLine::setEndPoint>(11),
+};
+using LineIo = ByTable<kLineGroups>;
 
 // SOLID ------------------------------------------------------------------
 
@@ -74,8 +58,9 @@ constexpr ClassIo kLineClasses[] = {
     {.dxfName = "LINE",
      .rxClass = AcDbLine::desc,
      .create = Make<AcDbLine>,
-     .read = Reads<ReadLine>,
-     .write = WriteLine,
+     .read = Reads<LineIo::Read>,
+     .finish = Finishes<LineIo::Finish>,
+     .write = LineIo::Write,
      .isEntity = true,
      .markers = "AcDbLine"},
     {.dxfName = "SOLID",

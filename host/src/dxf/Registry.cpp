@@ -50,7 +50,7 @@ const ClassIo* ClassRegistry::FindOf(const AcRxClass* rxClass) const {
 std::span<const std::span<const ClassIo>> ClassFamilies() {
     // Every family of classes the host reads and writes, in one list.
     static const std::span<const ClassIo> families[] = {
-        LineClasses(), CurveClasses(), PolylineClasses(), TextClasses(), BlockReferenceClasses(),
+        LineClasses(), CurveClasses(), PointClasses(), PolylineClasses(), TextClasses(), BlockReferenceClasses(),
         ViewportClasses(), BlockClasses(), SymbolClasses(), FieldClasses(), TableClasses()};
     return families;
 }

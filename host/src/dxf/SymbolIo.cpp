@@ -4,17 +4,12 @@
 
 #include "core/Utf8.h"
 #include "db/DatabaseImpl.h"
-#include "dxf/DxfIo.h"
+#include "dxf/GroupTable.h"
 
 namespace cadhost::dxf {
 namespace {
 
 enum : Adesk::UInt16 { kHad280 = 1 << 0, kHad62 = 1 << 1 };
-
-template <class T>
-AcDbObject* Make() {
-    return new T;
-}
 
 // TABLE: the name comes before the handle; the writer puts it there.
 
@@ -35,62 +30,65 @@ void WriteTable(const AcDbObject& object, ObjectWriter& out) {
 // Records: name and flags belong to every record; a layer adds its color,
 // whose sign tells whether it is off.
 
+std::string RecordName(const AcDbSymbolTableRecord& record) { return ToUtf8(record.name()); }
+// The name is filed in its table by the reader.
+void SetRecordName(AcDbSymbolTableRecord& record, const std::string& name) { record.setName(FromUtf8(name).c_str()); }
+const char* RefuseEmptyName(const std::string& name) { return name.empty() ? "a table record needs a name" : nullptr; }
+long long RecordFlags(const AcDbSymbolTableRecord& record) { return record.recordFlags(); }
+void SetRecordFlags(AcDbSymbolTableRecord& record, long long flags) {
+    record.setRecordFlags(static_cast<Adesk::Int16>(flags));
+}
+
+template <class T>
+constexpr GroupEntry<T> RecordNameEntry() {
+    GroupEntry<T> entry = GroupsOf<T>::template Text<RecordName, SetRecordName>(2);
+    entry.refuseText = RefuseEmptyName;
+    return entry;
+}
+
+long long LayerColor(const AcDbLayerTableRecord& layer) {
+    Adesk::Int16 color = layer.colorIndex() == 0 ? 7 : layer.colorIndex();
+    return layer.isOff() ? -color : color;
+}
+void SetLayerColor(AcDbLayerTableRecord& layer, long long color) {
+    layer.setIsOff(color < 0);
+    layer.setColorIndex(static_cast<Adesk::Int16>(color < 0 ? -color : color));
+}
+
+using LayerGroups = GroupsOf<AcDbLayerTableRecord>;
+constexpr GroupEntry<AcDbLayerTableRecord> kLayerGroups[] = {
+    LayerGroups::Marker("AcDbSymbolTableRecord"),
+    LayerGroups::Marker("AcDbLayerTableRecord"),
+    RecordNameEntry<AcDbLayerTableRecord>(),
+    LayerGroups::Integer<RecordFlags, SetRecordFlags>(70),
+    LayerGroups::Noted(LayerGroups::Integer<LayerColor, SetLayerColor>(62), kHad62),
+};
+using LayerIo = ByTable<kLayerGroups>;
+
+// A new layer names its line type, which files need.
+void WriteLayer(const AcDbObject& object, ObjectWriter& out) {
+    LayerIo::Write(object, out);
+    if (!out.FromFile()) out.Extra(6, "Continuous");
+}
+
+using AppGroups = GroupsOf<AcDbRegAppTableRecord>;
+constexpr GroupEntry<AcDbRegAppTableRecord> kAppGroups[] = {
+    AppGroups::Marker("AcDbSymbolTableRecord"),
+    AppGroups::Marker("AcDbRegAppTableRecord"),
+    RecordNameEntry<AcDbRegAppTableRecord>(),
+    AppGroups::Integer<RecordFlags, SetRecordFlags>(70),
+};
+using AppIo = ByTable<kAppGroups>;
+
 Use ReadRecordPart(AcDbSymbolTableRecord& record, const Group& g, ObjectReader& in) {
     if (IsMarker(g, "AcDbSymbolTableRecord")) return Use::kKnown;
     if (g.code == 2) {
         std::string name = in.Text(g);
-        if (name.empty()) in.Fail(g, "a table record needs a name");
-        // The name is filed in its table by the reader.
-        record.setName(FromUtf8(name).c_str());
+        if (const char* why = RefuseEmptyName(name)) in.Fail(g, why);
+        SetRecordName(record, name);
         return Use::kKnown;
     }
     return Use::kKept;
-}
-
-Use ReadLayer(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& layer = static_cast<AcDbLayerTableRecord&>(object);
-    if (IsMarker(g, "AcDbLayerTableRecord")) return Use::kKnown;
-    if (g.code == 70) {
-        layer.setRecordFlags(static_cast<Adesk::Int16>(in.Integer(g)));
-        return Use::kKnown;
-    }
-    if (g.code == 62) {
-        long long color = in.Integer(g);
-        object.setFileGroups(object.fileGroups() | kHad62);
-        layer.setIsOff(color < 0);
-        layer.setColorIndex(static_cast<Adesk::Int16>(color < 0 ? -color : color));
-        return Use::kKnown;
-    }
-    return ReadRecordPart(layer, g, in);
-}
-
-void WriteLayer(const AcDbObject& object, ObjectWriter& out) {
-    auto& layer = static_cast<const AcDbLayerTableRecord&>(object);
-    out.Marker("AcDbSymbolTableRecord");
-    out.Marker("AcDbLayerTableRecord");
-    out.Text(2, ToUtf8(layer.name()));
-    out.Integer(70, layer.recordFlags());
-    Adesk::Int16 color = layer.colorIndex() == 0 ? 7 : layer.colorIndex();
-    out.Integer(62, layer.isOff() ? -color : color);
-    if (!out.FromFile()) out.Extra(6, "Continuous");
-}
-
-Use ReadApp(AcDbObject& object, const Group& g, ObjectReader& in) {
-    auto& app = static_cast<AcDbRegAppTableRecord&>(object);
-    if (IsMarker(g, "AcDbRegAppTableRecord")) return Use::kKnown;
-    if (g.code == 70) {
-        app.setRecordFlags(static_cast<Adesk::Int16>(in.Integer(g)));
-        return Use::kKnown;
-    }
-    return ReadRecordPart(app, g, in);
-}
-
-void WriteApp(const AcDbObject& object, ObjectWriter& out) {
-    auto& app = static_cast<const AcDbRegAppTableRecord&>(object);
-    out.Marker("AcDbSymbolTableRecord");
-    out.Marker("AcDbRegAppTableRecord");
-    out.Text(2, ToUtf8(app.name()));
-    out.Integer(70, app.recordFlags());
 }
 
 // A block record's flags, base point and path are on its BLOCK entity.
@@ -168,15 +166,17 @@ constexpr ClassIo kSymbolClasses[] = {
     {.dxfName = "LAYER",
      .rxClass = AcDbLayerTableRecord::desc,
      .create = Make<AcDbLayerTableRecord>,
-     .read = Reads<ReadLayer>,
+     .read = Reads<LayerIo::Read>,
+     .finish = Finishes<LayerIo::Finish>,
      .write = WriteLayer,
      .markers = "AcDbSymbolTableRecord|AcDbLayerTableRecord",
      .createTable = Make<AcDbLayerTable>},
     {.dxfName = "APPID",
      .rxClass = AcDbRegAppTableRecord::desc,
      .create = Make<AcDbRegAppTableRecord>,
-     .read = Reads<ReadApp>,
-     .write = WriteApp,
+     .read = Reads<AppIo::Read>,
+     .finish = Finishes<AppIo::Finish>,
+     .write = AppIo::Write,
      .markers = "AcDbSymbolTableRecord|AcDbRegAppTableRecord",
      .createTable = Make<AcDbRegAppTable>},
     {.dxfName = "BLOCK_RECORD",

@@ -111,7 +111,7 @@ TEST(ClassRegistryTest, TheHostsListsRegisterEachNameOnce) {
     }
     EXPECT_EQ(names.size(), listed);
     // A class of every family.
-    for (const char* name : {"LINE", "SOLID", "CIRCLE", "ARC", "LWPOLYLINE", "TEXT", "MTEXT", "INSERT", "VIEWPORT",
+    for (const char* name : {"LINE", "SOLID", "CIRCLE", "ARC", "POINT", "LWPOLYLINE", "TEXT", "MTEXT", "INSERT", "VIEWPORT",
                              "BLOCK", "SEQEND", "LAYER", "BLOCK_RECORD", "DICTIONARY", "FIELD", "ACAD_TABLE"})
         EXPECT_TRUE(names.count(name)) << name;
 }
