@@ -152,8 +152,9 @@ private:
         return Group{s.code, std::string_view(m_arena).substr(s.offset, s.length), s.line};
     }
     // Reads the extended data that starts at from, up to the next group of
-    // the object's own or its end (end: the index after it); false, leaving
-    // the object alone, when it does not read or the object has some already.
+    // the object's own or its end (end: the index after it), after any the
+    // object has already; false, leaving the object alone, when it does not
+    // read.
     bool ReadXData(size_t from, size_t& end, AcDbObject& object);
     // The index of the "102 }" that closes the application's group opened
     // at i, or the number of groups when the 102 at i opens nothing that
@@ -595,7 +596,6 @@ bool Reader::ReadXData(size_t from, size_t& end, AcDbObject& object) {
         if (head) acutRelRb(head);
         return false;
     };
-    if (object.extras() && object.extras()->xdata) return false;
     size_t i = from;
     for (; i < m_groups.size(); ++i) {
         Group g = At(i);
@@ -654,7 +654,12 @@ bool Reader::ReadXData(size_t from, size_t& end, AcDbObject& object) {
         }
     }
     if (!head || head->restype != 1001) return fail();
-    object.mutableExtras().xdata = head;
+    // A second run, parted from the first by the object's own groups, joins
+    // it: the writer writes all of an object's extended data as one run
+    // after its groups, and that run must read back to the same data.
+    resbuf** last = &object.mutableExtras().xdata;
+    while (*last) last = &(*last)->rbnext;
+    *last = head;
     end = i;
     return true;
 }

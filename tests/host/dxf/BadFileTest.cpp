@@ -408,4 +408,29 @@ TEST_F(BadFileTest, ABlockRecordTableInAFileBefore2000IsKeptAsItCame) {
     blocks->close();
 }
 
+TEST_F(BadFileTest, ExtendedDataInTwoRunsIsOneRunAfterTheObjectsGroups) {
+    // Two runs of extended data parted by the line's own groups, the second
+    // naming its application with a byte of the file's code page: both are
+    // the line's, written as one run after its groups, the same on every
+    // save, and the code page's byte comes back as its character.
+    std::string text = Dxf({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1024"}, {0, "ENDSEC"}}) +
+                       Entities(Dxf({{0, "LINE"}, {5, "2A"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
+                                     {10, "0"}, {20, "0"}, {1001, "QMONE"}, {1000, "one"}, {11, "1"},
+                                     {1001, "QMTWO\xd7"}, {1000, "two"}, {21, "1"}}));
+    std::string written = SavedTwice("xdata_two_runs", text);
+    EXPECT_NE(written.find(" 11\n1.0\n 21\n1.0\n 31\n0.0\n1001\nQMONE\n1000\none\n1001\nQMTWO\xc3\x97\n1000\ntwo\n  0\n"),
+              std::string::npos)
+        << written;
+    AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> model(db()->modelSpaceId());
+    ASSERT_EQ(model->entityIds().size(), 1u);
+    AcDbObjectPointer<AcDbLine> line(model->entityIds()[0]);
+    ASSERT_EQ(line.openStatus(), Acad::eOk);
+    EXPECT_EQ(line->endPoint(), AcGePoint3d(1, 1, 0));
+    resbuf* data = line->xData(L"QMTWO\u00d7");
+    ASSERT_NE(data, nullptr);
+    ASSERT_NE(data->rbnext, nullptr);
+    EXPECT_STREQ(data->rbnext->resval.rstring, L"two");
+    acutRelRb(data);
+}
+
 }  // namespace
